@@ -1,0 +1,46 @@
+#ifndef QUILP_TEST_SUPPORT_H
+#define QUILP_TEST_SUPPORT_H
+
+// Helpers shared by the test suites: scratch directories, whole-file reads
+// and running an executable as a separate process.
+
+#include <string>
+#include <vector>
+
+namespace quilp_test {
+
+// A fresh directory under the system's temporary directory, removed with
+// everything in it when the object goes.
+class scratch_dir {
+public:
+    scratch_dir();
+    ~scratch_dir();
+    scratch_dir(const scratch_dir&) = delete;
+    scratch_dir& operator=(const scratch_dir&) = delete;
+
+    const std::string& path() const { return dir; }
+    std::string file(const std::string& name) const { return dir + "/" + name; }
+
+private:
+    std::string dir;
+};
+
+std::string read_file(const std::string& path);
+void write_file(const std::string& path, const std::string& content);
+bool file_exists(const std::string& path);
+
+struct process_result {
+    int status = -1;  // exit status, or -1 when the process did not exit normally
+    std::string out;
+    std::string err;
+};
+
+// Runs `program` with `args` in directory `cwd`, standard input empty,
+// capturing both output streams. `env` entries ("NAME=value") are added to
+// the environment.
+process_result run_process(const std::string& program, const std::vector<std::string>& args,
+                           const std::string& cwd, const std::vector<std::string>& env = {});
+
+}  // namespace quilp_test
+
+#endif
