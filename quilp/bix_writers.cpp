@@ -416,8 +416,14 @@ void bix_tpen_lien::put_xfig(std::ostream& os, const std::vector<black_box>& box
         frontieres_corrections(line[last - 1].x, line[last - 1].y, 0.5, &line[last].x,
                                &line[last].y);
 
-    os << "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 1 0 " << line.size() << "\n";
-    os << "        1 1 1.00 120.00 240.00\n";
+    // A link with a box at one end only and no points is a single point: it
+    // is written without the arrow, which drawing tools refuse on one point.
+    if (line.size() == 1 && (has_up || has_down)) {
+        os << "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 0 0 1\n";
+    } else {
+        os << "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 1 0 " << line.size() << "\n";
+        os << "        1 1 1.00 120.00 240.00\n";
+    }
     os << "         ";
     for (const point& p : line)
         os << xfig_units(1000.0 * p.x) << ' ' << xfig_units(1000.0 * p.y) << ' ';

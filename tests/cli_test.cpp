@@ -1,0 +1,177 @@
+// The quilp command as a whole process: dispatch by argument count, help and
+// version texts, batch options, derived names, exit statuses, and which
+// files are written.
+
+#include "quilp_names.h"
+#include "test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+using quilp_test::file_exists;
+using quilp_test::process_result;
+using quilp_test::read_file;
+using quilp_test::run_process;
+using quilp_test::scratch_dir;
+using quilp_test::write_file;
+
+namespace {
+
+const std::string version = "3.2.0-8";
+
+process_result quilp(const std::vector<std::string>& args, const scratch_dir& dir)
+{
+    return run_process(QUILP_BIN, args, dir.path());
+}
+
+std::string example(const std::string& name)
+{
+    return read_file(std::string(QUILP_EXAMPLES) + "/" + name);
+}
+
+std::vector<std::string> files_in(const scratch_dir& dir)
+{
+    std::vector<std::string> names;
+    for (const auto& e : std::filesystem::recursive_directory_iterator(dir.path()))
+        if (e.is_regular_file())
+            names.push_back(std::filesystem::relative(e.path(), dir.path()).string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+TEST(CommandLine, HelpAndVersion)
+{
+    scratch_dir dir;
+    process_result r = quilp({"-h"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "\n"
+                     "        QUILP: Linker Of Object Module\n"
+                     "        author the quilp developers, version " + version + "\n"
+                     "\n   syntax:\n\n"
+                     "         quilp <filename> [-xfig] [-ix] [-esterel]\n\n"
+                     "         or quilp -v\n\n"
+                     "         or quilp -h\n\n"
+                     "   options:\n\n"
+                     "      -h : this help\n\n"
+                     "      -v : version of the graphical linker\n\n"
+                     "      -xfig : generate a xfig file\n"
+                     "      -ix : generate a main ix module\n\n");
+    EXPECT_EQ(r.err, "");
+
+    r = quilp({"-v"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "  QUILP: Linker Of Object Module version " + version + "\n\n");
+    EXPECT_TRUE(files_in(dir).empty());
+}
+
+TEST(CommandLine, ALoneFileNameGeneratesNothingAndReadsNothing)
+{
+    scratch_dir dir;
+    write_file(dir.file("a.bix"), example("top/top.bix"));
+    const process_result r = quilp({"a.bix"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "  No generation because no option ...\n\n");
+    EXPECT_EQ(files_in(dir), std::vector<std::string>{"a.bix"});
+}
+
+TEST(CommandLine, UnknownOptionEndsBeforeAnyFileIsRead)
+{
+    scratch_dir dir;
+    write_file(dir.file("a.bix"), example("top/top.bix"));
+    for (const char* option : {"-esterel", "-XFIG", "ix"}) {
+        const process_result r = quilp({"a.bix", "-xfig", option, "-ix"}, dir);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.out, "");
+        EXPECT_EQ(r.err, std::string("`") + option +
+                             "' unknown option: write quilp -h to known the valid list\n\n");
+    }
+    EXPECT_EQ(files_in(dir), std::vector<std::string>{"a.bix"});
+}
+
+TEST(CommandLine, DrawingOnly)
+{
+    scratch_dir dir;
+    write_file(dir.file("a.bix"), example("alarm/alarm.bix"));
+    const process_result r = quilp({"a.bix", "-xfig", "-xfig"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "reading a.bix\ngeneration of a.fig\n");
+    EXPECT_EQ(files_in(dir), (std::vector<std::string>{"a.bix", "a.bix.log", "a.fig"}));
+}
+
+TEST(CommandLine, DrawingComesFirstWhateverTheOptionOrder)
+{
+    scratch_dir dir;
+    write_file(dir.file("a.bix"), example("cruise/cruise.bix"));
+    const process_result r = quilp({"a.bix", "-ix", "-xfig"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "reading a.bix\ngeneration of a.fig\ngeneration of a.ix\n");
+    EXPECT_EQ(read_file(dir.file("a.ix")), read_file(std::string(QUILP_TEST_DATA) + "/bix/cruise.ix"));
+    EXPECT_EQ(read_file(dir.file("a.fig")), read_file(std::string(QUILP_TEST_DATA) + "/bix/cruise.fig"));
+    // the trace of a project read is always written beside it
+    EXPECT_EQ(read_file(dir.file("a.bix.log")), read_file(std::string(QUILP_TEST_DATA) + "/bix/cruise.bix.log"));
+}
+
+TEST(CommandLine, TheProjectIsAlwaysReadFromTheBaseNameDotBix)
+{
+    scratch_dir dir;
+    std::filesystem::create_directory(dir.file("dir.v2"));
+    write_file(dir.file("dir.v2/a.bix"), example("alarm/alarm.bix"));
+    process_result r = quilp({"dir.v2/a", "-ix"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "reading dir.v2/a.bix\ngeneration of dir.v2/a.ix\n");
+    EXPECT_TRUE(file_exists(dir.file("dir.v2/a.ix")));
+
+    write_file(dir.file("a.txt"), "not a project");
+    write_file(dir.file("a.bix"), example("alarm/alarm.bix"));
+    r = quilp({"a.txt", "-ix"}, dir);
+    EXPECT_EQ(r.out, "reading a.bix\ngeneration of a.ix\n");
+    EXPECT_TRUE(file_exists(dir.file("a.ix")));
+    EXPECT_FALSE(file_exists(dir.file("a.txt.log")));
+}
+
+TEST(CommandLine, UnreadableProjectsGenerateNothingAndExitWithZero)
+{
+    scratch_dir dir;
+    process_result r = quilp({"missing", "-ix", "-xfig"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "reading missing.bix\n");
+    EXPECT_EQ(r.err, "FILE NOT FOUND !\n");
+    EXPECT_EQ(files_in(dir), std::vector<std::string>{"missing.bix.log"});
+
+    write_file(dir.file("bad.bix"), "Name: bad;\nType: a,;\n");
+    r = quilp({"bad.bix", "-ix", "-xfig"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "reading bad.bix\n");
+    EXPECT_EQ(r.err, "syntax error, unexpected POINT_VIRGULE, expecting WORD\n"
+                     "ERROR about loading file : bad.bix\n");
+    EXPECT_FALSE(file_exists(dir.file("bad.ix")));
+    EXPECT_FALSE(file_exists(dir.file("bad.fig")));
+}
+
+TEST(CommandLine, NoArgumentNeverBlocks)
+{
+    scratch_dir dir;
+    const process_result r = run_process(QUILP_BIN, {}, dir.path(), {"DISPLAY="});
+    EXPECT_EQ(r.status, 0);
+}
+
+TEST(FileNames, ExtensionOfTheLastComponentOnly)
+{
+    EXPECT_EQ(supress_filename_extension("a.bix"), "a");
+    EXPECT_EQ(supress_filename_extension("a.b.bix"), "a.b");
+    EXPECT_EQ(supress_filename_extension("dir.v2/a"), "dir.v2/a");
+    EXPECT_EQ(supress_filename_extension("dir.v2/a.txt"), "dir.v2/a");
+    EXPECT_EQ(supress_filename_extension("a."), "a");
+    EXPECT_EQ(supress_filename_extension("."), ".");
+    EXPECT_EQ(supress_filename_extension("x/.."), "x/..");
+    EXPECT_EQ(supress_filename_extension("noext"), "noext");
+
+    const batch_names n("p/q.r.bix");
+    EXPECT_EQ(n.project, "p/q.r.bix");
+    EXPECT_EQ(n.log, "p/q.r.log");
+    EXPECT_EQ(n.drawing, "p/q.r.fig");
+    EXPECT_EQ(n.module, "p/q.r.ix");
+}
+
+}  // namespace
