@@ -33,7 +33,9 @@ int class_bix_parser::parse(std::ostream& log, int explain)
 {
     parse_os = &log;
     explain_param = explain;
-    return bixparse();
+    const int status = bixparse();
+    log.flush();
+    return status;
 }
 
 int bixlex()
@@ -52,11 +54,14 @@ void bix_debuger_law(int level, int sub, const std::string& text, int explain, s
 {
     if (!explain)
         return;
-    log << level;
+    // One write per line: the trace of a large project has millions of lines.
+    std::string line = std::to_string(level);
     if (sub != 1)
-        log << "," << sub;
-    log << " --> " << text << "\n";
-    log.flush();
+        line += "," + std::to_string(sub);
+    line += " --> ";
+    line += text;
+    line += '\n';
+    log.write(line.data(), static_cast<std::streamsize>(line.size()));
 }
 
 void bix_trace(int level, int sub, const std::string& text)

@@ -47,7 +47,9 @@ bix_tpen_fichier* bix_read_file(const std::string& name);
 // explain is non-zero) go to `log`. Null on a syntax error or exhaustion.
 bix_tpen_fichier* parse_bix_stream(std::istream& in, std::ostream& log, int explain);
 
-// One trace line: level, ",sub" unless sub is 1, " --> ", the text; flushed.
+// One trace line: level, ",sub" unless sub is 1, " --> ", the text. The
+// parser flushes the log once, when the read ends: nothing in between can
+// end the process, and a flush per line would cost a write per reduction.
 void bix_debuger_law(int level, int sub, const std::string& text, int explain, std::ostream& log);
 
 // Used by the grammar's actions, on the active parser.
