@@ -1,0 +1,4 @@
+# The editor library: the project's view (windows come with the editor).
+quilp_add_test(editor_tests
+  SOURCES visu_net_test.cpp
+  LIBS quilp_editor quilp_test_support)
