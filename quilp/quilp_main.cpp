@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <memory>
 #include <string>
 
 namespace {
@@ -62,10 +63,10 @@ int run_batch(int argc, char** argv)
     }
 
     const batch_names names(file_name);
-    bix_tpen_fichier* project = parse(names.project);
+    const std::unique_ptr<bix_tpen_fichier> project(parse(names.project));
     if (!project)
         return 0;
-    // The drawing always comes before the module. The project lives until the end.
+    // The drawing always comes before the module.
     if (xfig) {
         project->put_xfig(names.drawing, project->mon_nom_module());
         std::cout << "generation of " << names.drawing << std::endl;
