@@ -3,7 +3,6 @@
 #include "bdd_fatal.h"
 
 #include <algorithm>
-#include <deque>
 #include <iostream>
 #include <unordered_map>
 #include <unordered_set>
@@ -122,99 +121,198 @@ private:
 
 } // namespace
 
-// The unique table: open addressing with linear probing on the signature.
+// The unique table: one open-addressing subtable (linear probing) per value
+// of the key's top bits, which hold the node's variable while global ids stay
+// under 2^22. Nodes are made level by level, so the probes of one level stay
+// within one small subtable instead of roaming over the whole table. The
+// partition is a function of the key alone: the table still holds one node
+// per key.
 struct bddpp_manager::unique_table {
     struct slot {
         std::int64_t key;
         bdd_node* node; // null: empty
     };
 
-    unique_table() { resize(1 << 12); }
+    struct part {
+        std::vector<slot> slots;
+        std::size_t mask = 0;
+        unsigned shift = 64;
+        std::size_t count = 0;
 
-    std::size_t home(std::int64_t key) const
+        std::size_t home(std::int64_t key) const
+        {
+            return static_cast<std::size_t>((static_cast<std::uint64_t>(key) * golden) >> shift);
+        }
+
+        std::size_t probe(std::int64_t key) const
+        {
+            std::size_t i = home(key);
+            while (slots[i].node && slots[i].key != key)
+                i = (i + 1) & mask;
+            return i;
+        }
+
+        bool full() const { return (count + 1) * 2 > slots.size(); }
+
+        void place(std::size_t i, std::int64_t key, bdd_node* node)
+        {
+            slots[i] = slot{key, node};
+            ++count;
+        }
+
+        void resize(std::size_t size)
+        {
+            std::vector<slot> old;
+            old.swap(slots);
+            slots.assign(size, slot{0, nullptr});
+            mask = size - 1;
+            shift = 64;
+            for (std::size_t s = size; s > 1; s >>= 1)
+                --shift;
+            count = 0;
+            for (const slot& s : old)
+                if (s.node)
+                    place(probe(s.key), s.key, s.node);
+        }
+    };
+
+    // A position in the table: a subtable and a slot of it.
+    struct where {
+        part* p;
+        std::size_t i;
+    };
+
+    static std::size_t part_of(std::int64_t key) { return static_cast<std::size_t>(static_cast<std::uint64_t>(key) >> 45); }
+
+    part& part_for(std::int64_t key)
     {
-        return static_cast<std::size_t>((static_cast<std::uint64_t>(key) * golden) >> shift);
+        std::size_t at = part_of(key);
+        if (at >= parts.size())
+            parts.resize(at + 1);
+        part& p = parts[at];
+        if (p.slots.empty())
+            p.resize(8);
+        return p;
     }
 
     // The slot holding key, or the empty slot where it would go.
-    std::size_t probe(std::int64_t key) const
+    where probe(std::int64_t key)
     {
-        std::size_t i = home(key);
-        while (slots[i].node && slots[i].key != key)
-            i = (i + 1) & mask;
-        return i;
+        part& p = part_for(key);
+        return where{&p, p.probe(key)};
     }
 
-    bdd_node* find(std::int64_t key) const { return slots[probe(key)].node; }
-
-    bool full() const { return (count + 1) * 2 > slots.size(); }
-
-    // Puts node at slot i, found empty by probe() for this key.
-    void place(std::size_t i, std::int64_t key, bdd_node* node)
+    bdd_node* find(std::int64_t key) const
     {
-        slots[i] = slot{key, node};
+        std::size_t at = part_of(key);
+        if (at >= parts.size() || parts[at].slots.empty())
+            return nullptr;
+        const part& p = parts[at];
+        return p.slots[p.probe(key)].node;
+    }
+
+    // Puts node at a slot found empty by probe() for this key, if the
+    // subtable has room; false otherwise.
+    bool place(where w, std::int64_t key, bdd_node* node)
+    {
+        if (w.p->full())
+            return false;
+        w.p->place(w.i, key, node);
         ++count;
+        return true;
     }
 
     // Enters node under key, replacing any node that held the key.
     void insert(std::int64_t key, bdd_node* node)
     {
-        if (full())
-            resize(slots.size() * 2);
-        std::size_t i = probe(key);
-        if (slots[i].node) {
-            slots[i].node = node;
+        part& p = part_for(key);
+        if (p.full())
+            p.resize(p.slots.size() * 2);
+        std::size_t i = p.probe(key);
+        if (p.slots[i].node) {
+            p.slots[i].node = node;
             return;
         }
-        place(i, key, node);
+        p.place(i, key, node);
+        ++count;
     }
 
     void erase(std::int64_t key)
     {
-        std::size_t i = probe(key);
-        if (!slots[i].node)
+        std::size_t at = part_of(key);
+        if (at >= parts.size() || parts[at].slots.empty())
+            return;
+        part& p = parts[at];
+        std::size_t i = p.probe(key);
+        if (!p.slots[i].node)
             return;
         // Backward-shift deletion keeps every probe sequence unbroken.
         std::size_t j = i;
         for (;;) {
-            j = (j + 1) & mask;
-            if (!slots[j].node)
+            j = (j + 1) & p.mask;
+            if (!p.slots[j].node)
                 break;
-            std::size_t k = home(slots[j].key);
+            std::size_t k = p.home(p.slots[j].key);
             bool movable = (j > i) ? (k <= i || k > j) : (k <= i && k > j);
             if (movable) {
-                slots[i] = slots[j];
+                p.slots[i] = p.slots[j];
                 i = j;
             }
         }
-        slots[i].node = nullptr;
+        p.slots[i].node = nullptr;
+        --p.count;
         --count;
     }
 
-    void resize(std::size_t size)
+    template <class F>
+    void for_each(F&& visit) const
     {
-        std::vector<slot> old;
-        old.swap(slots);
-        slots.assign(size, slot{0, nullptr});
-        mask = size - 1;
-        shift = 64;
-        for (std::size_t s = size; s > 1; s >>= 1)
-            --shift;
-        count = 0;
-        for (const slot& s : old)
-            if (s.node)
-                place(probe(s.key), s.key, s.node);
+        for (const part& p : parts)
+            for (const slot& s : p.slots)
+                if (s.node)
+                    visit(s.key, s.node);
     }
 
-    std::vector<slot> slots;
-    std::size_t mask = 0;
-    unsigned shift = 64;
+    std::vector<part> parts;
     std::size_t count = 0;
 };
 
-struct bddpp_manager::workspace {
-    std::deque<bdd_node> nodes;
+// Nodes live in chunks that never move; freed nodes are reused first.
+class node_pool {
+public:
+    bdd_node* make()
+    {
+        if (!free_nodes.empty()) {
+            bdd_node* n = free_nodes.back();
+            free_nodes.pop_back();
+            return n;
+        }
+        if (used == chunk_size || chunks.empty()) {
+            chunks.emplace_back(new bdd_node[chunk_size]);
+            used = 0;
+        }
+        return &chunks.back()[used++];
+    }
+
+    void release(bdd_node* n) { free_nodes.push_back(n); }
+
+    template <class F>
+    void for_each(F&& visit)
+    {
+        for (std::size_t c = 0; c < chunks.size(); ++c)
+            for (std::size_t i = 0, end = c + 1 == chunks.size() ? used : chunk_size; i < end; ++i)
+                visit(chunks[c][i]);
+    }
+
+private:
+    static constexpr std::size_t chunk_size = 4096;
+    std::vector<std::unique_ptr<bdd_node[]>> chunks;
+    std::size_t used = 0;
     std::vector<bdd_node*> free_nodes;
+};
+
+struct bddpp_manager::workspace {
+    node_pool nodes;
     call_memo memo;
     std::vector<apply_frame> frames;
     std::vector<bdd_node*> walk_stack;
@@ -334,6 +432,20 @@ struct bddpp_kernel {
         if (terminal<is_and>(m, x, y, r)) {
             r.node->internal_ref();
             return r;
+        }
+        apply_frame top{x, y, {}, {}, x.node->var_index(), y.node->var_index(), 0, 0};
+        top.top = std::min(top.ix, top.iy);
+        edge a, b;
+        // Both sub-problems terminal (a variable against a function below
+        // it, as when building from a node table): no stack, no memo.
+        cofactors(top, true, a, b);
+        if (terminal<is_and>(m, a, b, top.r1)) {
+            cofactors(top, false, a, b);
+            if (terminal<is_and>(m, a, b, top.r0)) {
+                top.r1.node->internal_ref();
+                top.r0.node->internal_ref();
+                return combine<is_and>(m, top);
+            }
         }
         workspace& w = *m.internal_workspace;
         w.memo.start();
@@ -564,7 +676,7 @@ struct bddpp_kernel {
         }
         n->internal_manager_ref = nullptr;
         n->internal_then = n->internal_else = nullptr;
-        w.free_nodes.push_back(n);
+        w.nodes.release(n);
     }
 };
 
@@ -619,8 +731,7 @@ bddpp_manager::bddpp_manager()
       internal_bdd_node_map(new unique_table),
       internal_workspace(new workspace)
 {
-    internal_workspace->nodes.emplace_back();
-    bdd_node* c = &internal_workspace->nodes.back();
+    bdd_node* c = internal_workspace->nodes.make();
     c->internal_manager_ref = this;
     c->internal_var_id = -1;
     c->internal_signature = -1;
@@ -649,14 +760,7 @@ bddpp_manager::~bddpp_manager()
 bdd_node* bddpp_manager::internal_new_node(std::int64_t var_id, int else_link, bdd_node* t, bdd_node* e)
 {
     workspace& w = *internal_workspace;
-    bdd_node* n;
-    if (!w.free_nodes.empty()) {
-        n = w.free_nodes.back();
-        w.free_nodes.pop_back();
-    } else {
-        w.nodes.emplace_back();
-        n = &w.nodes.back();
-    }
+    bdd_node* n = w.nodes.make();
     n->internal_manager_ref = this;
     n->internal_var_id = var_id;
     n->internal_local_id = 0;
@@ -929,16 +1033,14 @@ bdd_node* bddpp_manager::Find_or_create_bdd_node(std::int64_t index, int then_li
     }
     std::int64_t lookup_key = Signature(index, stored_else, then_node, else_node);
     unique_table& table = *internal_bdd_node_map;
-    std::size_t slot = table.probe(lookup_key);
-    if (bdd_node* found = table.slots[slot].node) {
+    unique_table::where at = table.probe(lookup_key);
+    if (bdd_node* found = at.p->slots[at.i].node) {
         found->internal_ref();
         return found;
     }
     std::int64_t id = internal_indextoid_table[static_cast<std::size_t>(index)];
     bdd_node* n = internal_new_node(id, stored_else, then_node, else_node);
-    if (n->internal_signature == lookup_key && !table.full())
-        table.place(slot, lookup_key, n);
-    else
+    if (n->internal_signature != lookup_key || !table.place(at, lookup_key, n))
         table.insert(n->internal_signature, n);
     return n;
 }
@@ -950,9 +1052,7 @@ bdd_node* bddpp_manager::Find_node_by_signature(std::int64_t signature) const
 
 void bddpp_manager::For_each_table_entry(const std::function<void(std::int64_t, const bdd_node*)>& visit) const
 {
-    for (const unique_table::slot& s : internal_bdd_node_map->slots)
-        if (s.node)
-            visit(s.key, s.node);
+    internal_bdd_node_map->for_each([&](std::int64_t key, const bdd_node* n) { visit(key, n); });
 }
 
 bdd bddpp_manager::Bdd_and(const bdd& f, const bdd& g)
@@ -1207,15 +1307,14 @@ bdd bddpp_manager::Bdd_dup(const bdd& f)
 std::int64_t bddpp_manager::Bdd_gc()
 {
     std::vector<bdd_node*> dead;
-    for (const unique_table::slot& s : internal_bdd_node_map->slots) {
-        bdd_node* n = s.node;
-        if (!n || n->internal_var_id == -1 || n->internal_nb_refs > 0)
-            continue;
+    internal_bdd_node_map->for_each([&](std::int64_t, bdd_node* n) {
+        if (n->internal_var_id == -1 || n->internal_nb_refs > 0)
+            return;
         if (n->internal_var_id >= 0 && n->internal_var_id < internal_bdd_vars
             && internal_variables_table[static_cast<std::size_t>(n->internal_var_id)] == n)
-            continue;
+            return;
         dead.push_back(n);
-    }
+    });
     // Children keep their counts: a child freed by this pass is found by a
     // later one.
     for (bdd_node* n : dead) {
@@ -1245,8 +1344,7 @@ void bddpp_manager::Bdd_clear_marks(const bdd& f)
 
 void bddpp_manager::Bdd_global_clear_marks()
 {
-    for (bdd_node& n : internal_workspace->nodes)
-        n.internal_mark = 0;
+    internal_workspace->nodes.for_each([](bdd_node& n) { n.internal_mark = 0; });
 }
 
 bool bddpp_manager::Bdd_for_each_one_path(const bdd& f,

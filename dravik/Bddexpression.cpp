@@ -237,11 +237,8 @@ std::int64_t Bddexpressionwood::compute_dates()
 // machine stack.
 void Bddexpressionwood::early_propagation(std::int64_t i, std::int64_t d)
 {
-    struct frame {
-        std::int64_t d;
-        std::set<std::int64_t>::const_iterator next, end;
-    };
-    std::vector<frame> stack;
+    std::vector<date_frame>& stack = propagation_stack;
+    stack.clear();
     auto enter = [&](std::int64_t at, std::int64_t date) {
         Bddexpression* e = exp_table[static_cast<std::size_t>(at)];
         if (!e || date <= e->earliest_date)
@@ -251,11 +248,11 @@ void Bddexpressionwood::early_propagation(std::int64_t i, std::int64_t d)
         if (nb_level > 2 * nb_var_bdd)
             return; // the cycle guard
         const std::set<std::int64_t>& readers = amont_dep_table[static_cast<std::size_t>(at)];
-        stack.push_back(frame{date, readers.begin(), readers.end()});
+        stack.push_back(date_frame{date, readers.begin(), readers.end()});
     };
     enter(i, d);
     while (!stack.empty()) {
-        frame& f = stack.back();
+        date_frame& f = stack.back();
         if (f.next == f.end) {
             stack.pop_back();
             continue;
@@ -271,11 +268,8 @@ void Bddexpressionwood::early_propagation(std::int64_t i, std::int64_t d)
 // a variable without equation.
 void Bddexpressionwood::late_propagation(std::int64_t i, std::int64_t d)
 {
-    struct frame {
-        std::int64_t d;
-        std::set<std::int64_t>::const_iterator next, end;
-    };
-    std::vector<frame> stack;
+    std::vector<date_frame>& stack = propagation_stack;
+    stack.clear();
     auto enter = [&](std::int64_t at, std::int64_t date) {
         std::int64_t& latest = latest_date_table[static_cast<std::size_t>(at)];
         if (latest != 0 && latest >= date)
@@ -285,11 +279,11 @@ void Bddexpressionwood::late_propagation(std::int64_t i, std::int64_t d)
         Bddexpression* e = exp_table[static_cast<std::size_t>(at)];
         if (!e || nb_level > 2 * nb_var_bdd)
             return;
-        stack.push_back(frame{date, e->vars_dependance.begin(), e->vars_dependance.end()});
+        stack.push_back(date_frame{date, e->vars_dependance.begin(), e->vars_dependance.end()});
     };
     enter(i, d);
     while (!stack.empty()) {
-        frame& f = stack.back();
+        date_frame& f = stack.back();
         if (f.next == f.end) {
             stack.pop_back();
             continue;

@@ -196,6 +196,13 @@ private:
     // Every equation ever learnt, replaced ones included (callers may still
     // hold them); deleted with the wood, before the manager.
     std::vector<std::unique_ptr<Bddexpression>> owned;
+    // One pending step of the date propagations: a date, and the indices
+    // still to visit. Kept between calls to spare an allocation per call.
+    struct date_frame {
+        std::int64_t d;
+        std::set<std::int64_t>::const_iterator next, end;
+    };
+    std::vector<date_frame> propagation_stack;
     // ens_exp as an array for exp(n); rebuilt when ens_exp changed.
     mutable std::vector<std::int64_t> exp_order;
     mutable bool exp_order_stale = false;
