@@ -1122,7 +1122,14 @@ bdd bddpp_manager::Bdd_compose(const bdd& f, const bdd& var, const bdd& g)
 {
     if (!var.node() || var.node() == internal_bdd_node_one)
         return f;
-    std::int64_t vindex = var.node()->var_index();
+    return Bdd_compose_loc(f, var.node()->var_index(), g);
+}
+
+// Below the variable's level f cannot depend on it; at its level the node is
+// replaced by ite(g, then, else); above it the node is rebuilt on the
+// composed cofactors.
+bdd bddpp_manager::Bdd_compose_loc(const bdd& f, std::int64_t vindex, const bdd& g)
+{
     auto leaf = [&](edge e, bdd& r) {
         std::int64_t i = e.node->var_index();
         if (i > vindex) {

@@ -242,6 +242,8 @@ public:
     // per call, with an explicit stack).
     // g in place of the top variable of `var` in f; f when `var` is constant.
     bdd Bdd_compose(const bdd& f, const bdd& var, const bdd& g);
+    // g in place of the variable at `index` in f.
+    bdd Bdd_compose_loc(const bdd& f, std::int64_t index, const bdd& g);
     // Quantification over the variables of `vars`, a conjunction of positive
     // variables (a cube), or over a list of variable ids.
     bdd Bdd_exist(const bdd& f, const bdd& vars);
