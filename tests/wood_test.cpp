@@ -191,6 +191,20 @@ TEST(WoodDates, ChainDatesRiseBothWaysAndAreComputedOnce)
     EXPECT_EQ(t.earliest(3), 3);
 }
 
+// x0 reads x1 and x2; x1 reads the inputs x3 and x4; x2 reads the input x5.
+TEST(WoodDates, TreeDatesAndOrders)
+{
+    wood_of t(6);
+    t.define(0, {1, 2});
+    t.define(1, {3, 4});
+    t.define(2, {5});
+    EXPECT_EQ(t.w.compute_dates(), 3);
+    EXPECT_EQ(as_vector(t.w.earliest_sort()), (std::vector<std::int64_t>{1, 2, 0}));
+    EXPECT_EQ(as_vector(t.w.latest_sort()), (std::vector<std::int64_t>{0, 1, 2}));
+    EXPECT_EQ(t.w.latest_date(5), 2);
+    EXPECT_EQ(as_vector(t.w.up_critical_path(0)), (std::vector<std::int64_t>{0, 1, 3}));
+}
+
 TEST(WoodDates, TwoVariableCycleIsCaughtAndStopsPastTwiceTheCount)
 {
     wood_of pair(2);
