@@ -819,11 +819,13 @@ bdd_node* bddpp_manager::New_node_var_before(std::int64_t index, const std::stri
         return nullptr;
     }
     std::int64_t id = internal_make_variable(name);
-    // The id-to-index entries from position `index` up to the last id move one
-    // place down the order; this renumbers correctly while every earlier
-    // variable was made at the end.
-    for (std::int64_t i = index; i <= id; ++i)
-        ++internal_idtoindex_table[static_cast<std::size_t>(i)];
+    // Every variable at position `index` or below moves one place down the
+    // order. (While all variables were made at the end, these are the ids
+    // from `index` on; after insertions in the middle they are not, and the
+    // tables must stay inverse permutations.)
+    for (std::int64_t i = 0; i < id; ++i)
+        if (internal_idtoindex_table[static_cast<std::size_t>(i)] >= index)
+            ++internal_idtoindex_table[static_cast<std::size_t>(i)];
     internal_idtoindex_table[static_cast<std::size_t>(id)] = index;
     for (std::int64_t p = id; p > index; --p)
         internal_indextoid_table[static_cast<std::size_t>(p)] = internal_indextoid_table[static_cast<std::size_t>(p - 1)];

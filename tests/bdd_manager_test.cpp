@@ -106,6 +106,21 @@ TEST(BddVariables, BadPlacesAndIdsWriteTheirMessages)
     EXPECT_EQ(m.Nb_bdd_vars(), 2);
 }
 
+TEST(BddVariables, InsertionsInTheMiddleKeepTheOrderAPermutation)
+{
+    bddpp_manager m;
+    for (const char* n : {"a", "b", "c", "d"})
+        m.New_var_last(n);
+    m.New_var_before(2, "x");  // a b x c d
+    m.New_var_before(1, "y");  // a y b x c d
+    m.New_var_after(4, "z");   // a y b x c z d
+    const char* order[] = {"a", "y", "b", "x", "c", "z", "d"};
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_EQ(m.Name_var_by_index(i), order[i]);
+        EXPECT_EQ(m.Index_var_by_id(m.Id_var_by_index(i)), i);
+    }
+}
+
 TEST(BddVariables, CopyConstructionKeepsNamesAndOrderOnly)
 {
     bddpp_manager m;
