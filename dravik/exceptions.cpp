@@ -28,3 +28,53 @@ void die(const std::string& text)
     std::cerr << text << std::endl;
     fatal_ending();
 }
+
+void IllegalOperationException(const std::string& detail)
+{
+    fatal_report("Error: Illegal operation!\n" + detail);
+}
+
+void HashTableAddException(const std::string& context, const std::string& key)
+{
+    fatal_report("Exception in Hash Table: " + context + ": " + key + " is already defined");
+}
+
+void AlreadyDefinedException(const std::string& name, const std::string& what)
+{
+    fatal_report("Error: Already defined : " + name + ": " + what);
+}
+
+void UndefinedTypeException(const std::string& detail)
+{
+    fatal_report("Error: Undefined type: " + detail);
+}
+
+void UndefinedConstantException(const std::string& detail)
+{
+    fatal_report("Error: Undefined constant: " + detail);
+}
+
+void UndefinedMethodException(const std::string& detail)
+{
+    fatal_report("Error: Undefined method: " + detail);
+}
+
+void AbstractMethodException(const std::string& method)
+{
+    fatal_report("Error: Abstract method called: " + method);
+}
+
+void SchedulingFailureException(const std::string& module)
+{
+    fatal_report("Error: Scheduling failure in module `" + module + "': equations cannot be dated");
+}
+
+void ImpossibleToAddSignalException(const std::string& kind, const std::string& name)
+{
+    fatal_report("Impossible to add " + kind + " Signal " + name + "...");
+}
+
+void SignalNotFoundException(const std::string& kind, const std::string& name)
+{
+    fatal_report(kind + " Signal: " + name + " not found!");
+}

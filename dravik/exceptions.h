@@ -20,4 +20,29 @@ alert_hook set_alert_hook(alert_hook hook);
 // Standard error only, then end: for the conditions that show no alert.
 [[noreturn]] void die(const std::string& text);
 
+// ---- Reporters named like exceptions. Each builds its text and ends through
+// fatal_report (alert, standard error, status 1).
+
+// "Error: Illegal operation!", a line break, then `detail`.
+[[noreturn]] void IllegalOperationException(const std::string& detail);
+// "Exception in Hash Table: <context>: <key> is already defined".
+[[noreturn]] void HashTableAddException(const std::string& context, const std::string& key);
+// "Error: Already defined : <name>: <what>".
+[[noreturn]] void AlreadyDefinedException(const std::string& name, const std::string& what);
+// "Error: Undefined type: " / "Error: Undefined constant: " /
+// "Error: Undefined method: " followed by `detail`.
+[[noreturn]] void UndefinedTypeException(const std::string& detail);
+[[noreturn]] void UndefinedConstantException(const std::string& detail);
+[[noreturn]] void UndefinedMethodException(const std::string& detail);
+// A BDD operation asked of a plain Expression:
+// "Error: Abstract method called: <method>", e.g. "Expression::getBddStatus()".
+[[noreturn]] void AbstractMethodException(const std::string& method);
+// The wood of a module could not date its equations:
+// "Error: Scheduling failure in module `<module>': equations cannot be dated".
+[[noreturn]] void SchedulingFailureException(const std::string& module);
+// Interface refusals: "Impossible to add <kind> Signal <name>..." and
+// "<kind> Signal: <name> not found!", kind being "Input" or "Output".
+[[noreturn]] void ImpossibleToAddSignalException(const std::string& kind, const std::string& name);
+[[noreturn]] void SignalNotFoundException(const std::string& kind, const std::string& name);
+
 #endif
