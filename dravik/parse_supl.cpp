@@ -256,13 +256,56 @@ long binding_declaration_parse::expression_size(const evalnodeparse& root)
     return sizes[&root];
 }
 
+// Module::getSignal's answer for every name at once, so that a binding
+// section costs no scan of the signal lists per binding: inputs and outputs
+// by declared name, data, local and pre signals by internal name, in that
+// order, the first hit winning. The lists do not change while bindings are
+// attached.
+class binding_declaration_parse::signal_names {
+public:
+    explicit signal_names(const Module& m)
+    {
+        for (Signal* s : *m.getInputSignalList())
+            add(s, s ? s->getOriginalName() : std::string());
+        for (Signal* s : *m.getOutputSignalList())
+            add(s, s ? s->getOriginalName() : std::string());
+        for (Signal* s : *m.getDataSignalList())
+            add(s, s ? s->getInternalName() : std::string());
+        for (Signal* s : *m.getLocalSignalList())
+            add(s, s ? s->getInternalName() : std::string());
+        for (memorizedSignal* pre : *m.getPreSignalList())
+            if (pre)
+                add(pre->pre(), pre->pre() ? pre->pre()->getInternalName() : std::string());
+    }
+
+    Signal* find(const std::string& name) const
+    {
+        auto it = table.find(name);
+        return it == table.end() ? nullptr : it->second;
+    }
+
+private:
+    void add(Signal* s, const std::string& name)
+    {
+        if (s)
+            table.emplace(name, s);
+    }
+
+    std::unordered_map<std::string, Signal*> table;
+};
+
 // Builds one data expression, without recursion, once expression_size() has
 // found it finite and small enough. Links are followed to the node they end
 // on (kept for the section: a chain costs its length once); every other node
 // becomes a new tree node each time it is reached, as the format requires.
 class binding_declaration_parse::builder {
 public:
-    builder(binding_declaration_parse& section, Module* module) : section(section), module(module) {}
+    // `names` may be null: the builder then makes its own when a signal
+    // value needs it.
+    builder(binding_declaration_parse& section, Module* module, const signal_names* names)
+        : section(section), module(module), names(names)
+    {
+    }
 
     DataExpr* build(const evalnodeparse& root)
     {
@@ -359,10 +402,14 @@ private:
     // The module's signal whose variable is `id`.
     Signal* signal_at(long id)
     {
-        SignalRef* ref = module->getSignalManager()->getSignalRefById(id, module->getBddWood());
+        SignalRef* ref = module ? module->getSignalManager()->getSignalRefById(id, module->getBddWood()) : nullptr;
         if (!ref)
             die("binding_declaration_parse::dataexpr: signal not found: " + std::to_string(id));
-        Signal* s = module->getSignal(ref->getOriginalName());
+        if (!names) {
+            own_names = std::make_unique<signal_names>(*module);
+            names = own_names.get();
+        }
+        Signal* s = names->find(ref->getOriginalName());
         if (!s)
             die("binding_declaration_parse::dataexpr2: signal not found: " + ref->getOriginalName());
         return s;
@@ -394,6 +441,8 @@ private:
 
     binding_declaration_parse& section;
     Module* module;
+    const signal_names* names;
+    std::unique_ptr<signal_names> own_names;
     std::vector<frame> stack;
     std::unique_ptr<DataExpr> result;
 };
@@ -414,7 +463,7 @@ DataExpr* binding_declaration_parse::dataexpr(const evalnodeparse& node, Module*
         refuse(node.nodeident(), "the data expressions reach more than " + std::to_string(max_built_nodes) + " nodes");
         return nullptr;
     }
-    return builder(*this, module).build(node);
+    return builder(*this, module, names).build(node);
 }
 
 bool binding_declaration_parse::createbinding(Module* module)
@@ -422,17 +471,27 @@ bool binding_declaration_parse::createbinding(Module* module)
     Bddexpressionwood* wood = module->getBddWood();
     SignalManager* manager = module->getSignalManager();
     built_nodes = 0;
+    const signal_names by_name(*module);
+    names = &by_name;
+    struct forget {
+        const signal_names*& names;
+        ~forget() { names = nullptr; }
+    } forget_names{names};
     for (const bindingparse& b : *internal_binding_list) {
         SignalRef* ref = manager->getSignalRefById(b.instance_status_ident(), wood);
         if (!ref)
             die("unknown data signal:" + std::to_string(b.instance_status_ident()));
-        Signal* signal = module->getSignal(ref->getOriginalName());
+        Signal* signal = by_name.find(ref->getOriginalName());
         if (!signal)
             die("unknown data signal:" + ref->getOriginalName());
         DataExpr* value = dataexpr(b.eval_ident(), module);
         if (!value)
             return false;
-        Signal* clock = b.signal_status_ident() != -1 ? module->getSignalById(b.signal_status_ident(), wood) : nullptr;
+        // Module::getSignalById: the signal named like the clock's reference.
+        Signal* clock = nullptr;
+        if (b.signal_status_ident() != -1)
+            if (SignalRef* clock_ref = manager->getSignalRefById(b.signal_status_ident(), wood))
+                clock = by_name.find(clock_ref->getInternalName());
         if (clock) {
             clock->setClock();
             module->addSignalBinding(value, signal, clock);

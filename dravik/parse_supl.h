@@ -172,6 +172,7 @@ public:
 
 private:
     class builder;
+    class signal_names;
 
     void index_nodes() const;
     const evalnodeparse* find_evalnode(long number) const;
@@ -189,6 +190,8 @@ private:
     int nb_constants = 0;
     std::string internal_error;
     long built_nodes = 0;
+    // The module's signals by name while createbinding() runs.
+    const signal_names* names = nullptr;
     // Node number -> first node with that number; built on first use.
     mutable std::map<long, const evalnodeparse*> by_number;
     mutable bool indexed = false;
