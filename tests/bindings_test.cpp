@@ -191,6 +191,20 @@ TEST_F(ReaderTest, ClockedBindingsMarkTheirClockAndExplicitMinusOnesMeanNoClock)
     EXPECT_EQ(equation(m, 2), nullptr);
 }
 
+TEST_F(ReaderTest, BindingsFindSignalsAsGetSignalDoesInputsFirst)
+{
+    // x is an input and a data signal: the input is found first.
+    load_result r = load_text(module_text("input: x : int ;\ndata_signal: x : int ;\n", equations(0, "", ""))
+                              + "binding: (0,1) : value: 0 ; end: evaltable: 0 : %% 14 ( 1 ) ; end:\n");
+    ASSERT_NE(r.module, nullptr) << r.err;
+    Module& m = *r.module;
+    Signal* input = m.getInputSignalList()->front();
+    ASSERT_NE(input, m.getDataSignalList()->front());
+    DataBinding* b = m.getBinding("x");
+    EXPECT_EQ(b->getSignal(), input);
+    EXPECT_EQ(static_cast<DataSignalValue*>(b->getValue())->getSignal(), input);
+}
+
 TEST_F(ReaderTest, ThermostatExampleBindsWithAndWithoutClock)
 {
     load_result r = load_text(read_file(example_path("thermostat.ixc")));
