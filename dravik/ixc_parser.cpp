@@ -42,6 +42,23 @@ void flush_on_fatal_end()
         flush_before_ixc();
 }
 
+// The scanner of both entries. flex ends the process when its input fails
+// to read (a directory, an I/O error); here a read error is the end of the
+// input, so that the parse fails on it as on any truncated file.
+class ixc_scanner : public ixcFlexLexer {
+public:
+    ixc_scanner(std::istream* in, std::ostream* out) : ixcFlexLexer(in, out) {}
+
+protected:
+    int LexerInput(char* buf, int max_size) override
+    {
+        if (yyin.eof() || yyin.fail())
+            return 0;
+        yyin.read(buf, max_size);
+        return static_cast<int>(yyin.gcount());
+    }
+};
+
 bool in_list(const std::list<std::string>& names, const std::string& name)
 {
     return std::find(names.begin(), names.end(), name) != names.end();
@@ -498,7 +515,7 @@ Module* parse_IXC_stream(std::istream& in, std::ostream& log, const std::string&
                          int explain)
 {
     class_ixc_parser parser;
-    ixcFlexLexer lexer(&in, &log);
+    ixc_scanner lexer(&in, &log);
     parser.plexer = &lexer;
     parser.file_name = name;
     if (parser.parse(log, explain, instance) != 0)
@@ -511,12 +528,13 @@ Module* parse_IXC(const std::string& file, std::string& instance)
     class_ixc_parser parser;
     std::ifstream in(file);
     std::fstream log(file + ".log", std::ios::out | std::ios::trunc);
-    if (!in) {
+    // A directory opens but cannot be read: it is no file either.
+    if (!in || (in.peek(), in.bad())) {
         std::cerr << "FILE NOT FOUND !" << std::endl;
         log.close();
         return nullptr;
     }
-    ixcFlexLexer lexer(&in, &log);
+    ixc_scanner lexer(&in, &log);
     parser.plexer = &lexer;
     parser.file_name = file;
     if (parser.parse(log, 1, instance) != 0) {

@@ -557,6 +557,39 @@ TEST_F(ReaderTest, TheFileEntryReportsMissingAndRefusedFilesAndLoadsAfterAFailur
     EXPECT_EQ(plixc_parser, nullptr);
 }
 
+// Gives its text, then fails as a disk does on a read error.
+class failing_buffer : public std::streambuf {
+public:
+    explicit failing_buffer(std::string text) : text(std::move(text))
+    {
+        setg(this->text.data(), this->text.data(), this->text.data() + this->text.size());
+    }
+
+protected:
+    int_type underflow() override { throw std::ios_base::failure("read error"); }
+
+private:
+    std::string text;
+};
+
+TEST_F(ReaderTest, UnreadableInputFailsTheLoadWithoutEndingTheProcess)
+{
+    scratch_dir dir;
+    std::string instance;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(parse_IXC(dir.path(), instance), nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "FILE NOT FOUND !\n");
+
+    failing_buffer buffer("module: m\n0 0\n");
+    std::istream in(&buffer);
+    std::ostringstream log;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(parse_IXC_stream(in, log, "t.ixc", instance), nullptr);
+    // The chunk whose read failed is lost with it: the input ends at once.
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "line 1: syntax error, unexpected $end, expecting TOKEN_MODULE\n");
+}
+
 TEST(ReaderDeathTest, TheTraceIsFlushedBeforeAFatalEnd)
 {
     scratch_dir dir;
