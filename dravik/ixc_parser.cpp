@@ -57,6 +57,10 @@ protected:
         yyin.read(buf, max_size);
         return static_cast<int>(yyin.gcount());
     }
+
+    // flex's own fatal errors (memory exhausted) end through the fatal path,
+    // which flushes the trace, rather than by a bare exit.
+    void LexerError(const char* message) override { die(message); }
 };
 
 bool in_list(const std::list<std::string>& names, const std::string& name)
