@@ -318,6 +318,9 @@ struct bddpp_manager::workspace {
     std::vector<bdd_node*> walk_stack;
     std::vector<bdd_node*> walk_seen;
     std::size_t dep_cache_entries = 0;
+    // Per variable id, the number of the last dependency walk that met it.
+    std::vector<std::uint32_t> var_seen;
+    std::uint32_t dep_walk = 0;
 };
 
 // Kernel operations that need the manager's internals.
@@ -633,6 +636,23 @@ struct bddpp_kernel {
         workspace& w = *m.internal_workspace;
         std::vector<bdd_node*>& stack = w.walk_stack;
         std::vector<bdd_node*>& seen = w.walk_seen;
+        // Each id enters the result once, however many of the sets merged
+        // below hold it: no sort over duplicates.
+        std::vector<std::uint32_t>& var_seen = w.var_seen;
+        if (var_seen.size() < static_cast<std::size_t>(m.internal_bdd_vars))
+            var_seen.resize(static_cast<std::size_t>(m.internal_bdd_vars), 0);
+        if (++w.dep_walk == 0) {
+            std::fill(var_seen.begin(), var_seen.end(), 0);
+            w.dep_walk = 1;
+        }
+        const std::uint32_t walk_id = w.dep_walk;
+        auto add = [&](std::int64_t id) {
+            std::uint32_t& last = var_seen[static_cast<std::size_t>(id)];
+            if (last != walk_id) {
+                last = walk_id;
+                ids.push_back(id);
+            }
+        };
         seen.clear();
         stack.clear();
         root->internal_mark = 1;
@@ -645,10 +665,11 @@ struct bddpp_kernel {
                 continue;
             // A node asked before answers for everything below it.
             if (n != root && n->internal_var_id_dep) {
-                ids.insert(ids.end(), n->internal_var_id_dep->begin(), n->internal_var_id_dep->end());
+                for (std::int64_t id : *n->internal_var_id_dep)
+                    add(id);
                 continue;
             }
-            ids.push_back(n->internal_var_id);
+            add(n->internal_var_id);
             for (bdd_node* c : {n->internal_else, n->internal_then}) {
                 if (c && !c->internal_mark) {
                     c->internal_mark = 1;
@@ -659,7 +680,6 @@ struct bddpp_kernel {
         }
         unmark(seen);
         std::sort(ids.begin(), ids.end());
-        ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
         if (w.dep_cache_entries + ids.size() <= dep_cache_budget) {
             root->internal_var_id_dep = std::make_unique<std::vector<std::int64_t>>(ids);
             w.dep_cache_entries += ids.size();

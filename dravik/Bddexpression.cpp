@@ -136,9 +136,13 @@ void Bddexpressionwood::update_bdd_vars()
 
 void Bddexpressionwood::add_reader_edges(std::int64_t k, const std::set<std::int64_t>& deps)
 {
+    // Equations mostly come in increasing variable order: the end is then
+    // the right place and the insertion costs no search.
     for (std::int64_t j : deps)
-        if (j >= 0 && j < nb_var_bdd)
-            amont_dep_table[static_cast<std::size_t>(j)].insert(k);
+        if (j >= 0 && j < nb_var_bdd) {
+            std::set<std::int64_t>& readers = amont_dep_table[static_cast<std::size_t>(j)];
+            readers.insert(readers.end(), k);
+        }
 }
 
 void Bddexpressionwood::remove_reader_edges(std::int64_t k, const std::set<std::int64_t>& deps)

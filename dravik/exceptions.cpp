@@ -6,6 +6,15 @@
 
 namespace {
 alert_hook current_alert = nullptr;
+message_hook current_message = nullptr;
+
+void write_line(const std::string& text)
+{
+    std::cerr << text;
+    if (text.empty() || text.back() != '\n')
+        std::cerr << '\n';
+    std::cerr.flush();
+}
 }
 
 alert_hook set_alert_hook(alert_hook hook)
@@ -20,6 +29,28 @@ void fatal_report(const std::string& text)
     if (current_alert)
         current_alert(text);
     std::cerr << text << std::endl;
+    fatal_ending();
+}
+
+message_hook set_message_hook(message_hook hook)
+{
+    message_hook previous = current_message;
+    current_message = hook;
+    return previous;
+}
+
+void message_report(const std::string& text)
+{
+    if (current_message)
+        current_message(text);
+    write_line(text);
+}
+
+void fatal_message(const std::string& text)
+{
+    if (current_message)
+        current_message(text);
+    write_line(text);
     fatal_ending();
 }
 

@@ -17,6 +17,20 @@ alert_hook set_alert_hook(alert_hook hook);
 // Alert (when installed), standard error, end.
 [[noreturn]] void fatal_report(const std::string& text);
 
+// Non-fatal messages that the editor shows in a message box (the register
+// warning of the compiled-module reader). Like the alert hook, unset by
+// default; installs a hook and returns the previous one.
+using message_hook = void (*)(const std::string& text);
+message_hook set_message_hook(message_hook hook);
+
+// Message box (when installed), then the text on standard error, with a line
+// end unless the text ends with one. The process goes on.
+void message_report(const std::string& text);
+
+// Message box (when installed), standard error, end: for the fatal
+// conditions shown as a message rather than an alert.
+[[noreturn]] void fatal_message(const std::string& text);
+
 // Standard error only, then end: for the conditions that show no alert.
 [[noreturn]] void die(const std::string& text);
 

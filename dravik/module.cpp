@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <ostream>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -390,6 +391,13 @@ void Module::loose_first_underscore_in_name_variables()
     Bddexpressionwood* wood = getBddWood();
     if (wood && wood->getManager())
         wood->getManager()->Loose_first_underscore_in_names();
+}
+
+void Module::setFileDataIds(std::vector<int> type_ids, std::vector<int> method_ids, std::vector<int> constant_ids)
+{
+    file_type_ids = std::move(type_ids);
+    file_method_ids = std::move(method_ids);
+    file_constant_ids = std::move(constant_ids);
 }
 
 // ---------------------------------------------------------------- ModuleTable

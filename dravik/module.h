@@ -176,6 +176,15 @@ public:
     void update_user_type();
     void loose_first_underscore_in_name_variables();
 
+    // ---- The compiled-module reader's translation tables of the file the
+    // module was loaded from: entry i is the global id (types) or index
+    // (methods, constants) of the file's type, method or constant number i.
+    // Empty for a module without data section.
+    const std::vector<int>& getFileTypeIds() const { return file_type_ids; }
+    const std::vector<int>& getFileMethodIds() const { return file_method_ids; }
+    const std::vector<int>& getFileConstantIds() const { return file_constant_ids; }
+    void setFileDataIds(std::vector<int> type_ids, std::vector<int> method_ids, std::vector<int> constant_ids);
+
 private:
     friend class Signal;
 
@@ -202,6 +211,9 @@ private:
     std::map<std::string, DataBinding*>* data_table = nullptr;
     // Every signal constructed with the module, in creation order.
     std::vector<std::unique_ptr<Signal>> owned_signals;
+    std::vector<int> file_type_ids;
+    std::vector<int> file_method_ids;
+    std::vector<int> file_constant_ids;
 };
 
 // Modules by name (not owned).

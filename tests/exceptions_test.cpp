@@ -1,5 +1,7 @@
 #include "exceptions.h"
 
+#include "bdd_fatal.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -50,6 +52,44 @@ TEST(ExceptionsDeathTest, OnlyReportsThatShowAnAlertCallTheHook)
             die("no alert here");
         },
         ExitedWithCode(1), ::testing::AllOf(HasSubstr("no alert here\n"), ::testing::Not(HasSubstr("[alert]"))));
+}
+
+void marking_message(const std::string& text)
+{
+    std::cerr << "[box]" << text << "[/box]";
+}
+
+void marking_flush()
+{
+    std::cerr << "[flush]";
+}
+
+TEST(ExceptionsTest, MessagesGoToTheBoxWhenInstalledAndAlwaysToStandardError)
+{
+    testing::internal::CaptureStderr();
+    message_report("Warning: one\n");
+    message_report("two");
+    const message_hook previous = set_message_hook(marking_message);
+    message_report("three\n");
+    EXPECT_EQ(set_message_hook(previous), marking_message);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Warning: one\ntwo\n[box]three\n[/box]three\n");
+}
+
+TEST(ExceptionsDeathTest, FatalMessagesShowTheBoxAndTheFlushHookRunsBeforeTheEnd)
+{
+    EXPECT_EXIT(
+        {
+            set_message_hook(marking_message);
+            set_fatal_flush(marking_flush);
+            fatal_message("m:PARSING ERROR\n  a\n");
+        },
+        ExitedWithCode(1), HasSubstr("[box]m:PARSING ERROR\n  a\n[/box]m:PARSING ERROR\n  a\n[flush]"));
+    EXPECT_EXIT(
+        {
+            set_fatal_flush(marking_flush);
+            IllegalOperationException("x");
+        },
+        ExitedWithCode(1), HasSubstr("x\n[flush]"));
 }
 
 } // namespace
