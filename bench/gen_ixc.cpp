@@ -4,7 +4,8 @@
 // The module has SIGNALS interface and local signals (a quarter inputs, a
 // quarter outputs, half locals, every third one typed), a register per 16
 // locals, NODES BDD nodes (at most 32767, the format's limit) in variable
-// order, a status equation for every output and local over the node table,
+// order (blocks of 16 nodes over 8 variables each), a status equation for
+// every output and local over one block,
 // an abstract value equation for every typed output and local, BINDINGS
 // bindings over an evaluation table of signal values, constants, built-in
 // operations and method calls, and a small data section.
@@ -71,24 +72,33 @@ int main(int argc, char** argv)
     }
     os << "connexion: set reset rtl ;\n";
 
-    // Node 0 is the constant; node i > 0 decides on a variable that lies
-    // above the variables of both its children.
+    // Node 0 is the constant. The other nodes form blocks of 16, each block a
+    // small function over 8 consecutive input variables: a node decides on a
+    // variable above those of its children, which lie earlier in its block.
+    // Each equation reads one block, as compiled equations read a few signals.
     os << "equation_def: " << nb_nodes << "\n";
-    std::vector<int> var_of(nb_nodes, -1);
     os << "0 : -1 : 0 : 0 , 1\n";
-    for (int i = 1; i < nb_nodes; ++i) {
-        const long v = static_cast<long>(nb_nodes - 1 - i) * (2 * nb_inputs) / nb_nodes;
-        var_of[i] = static_cast<int>(v);
-        auto child = [&]() {
-            for (int tries = 0; tries < 4; ++tries) {
-                const int j = i - 1 - pick(std::min(i, 64));
-                if (j == 0 || var_of[j] > v)
-                    return j;
-            }
-            return 0;
-        };
-        os << i << " : " << v << " : " << child() << " : " << child() << " , " << (pick(2) ? 1 : -1)
-           << "\n";
+    const int block = 16;
+    const int window = std::min(8, 2 * nb_inputs);
+    std::vector<int> var_of(nb_nodes, -1);
+    std::vector<int> block_tops;
+    for (int first = 1; first < nb_nodes; first += block) {
+        const int last = std::min(nb_nodes - 1, first + block - 1);
+        const int base = pick(2 * nb_inputs - window + 1);
+        for (int i = first; i <= last; ++i) {
+            // variables decrease through the block: the last node is the root
+            const int v = base + (window - 1) * (last - i) / std::max(1, last - first);
+            var_of[i] = v;
+            auto child = [&]() {
+                for (int j = i - 1; j >= first && j >= i - 4; --j)
+                    if (var_of[j] > v && pick(2))
+                        return j;
+                return 0;
+            };
+            os << i << " : " << v << " : " << child() << " : " << child() << " , "
+               << (pick(2) ? 1 : -1) << "\n";
+        }
+        block_tops.push_back(last);
     }
 
     // Equations of the outputs and locals, whose signals follow the inputs.
@@ -96,7 +106,8 @@ int main(int argc, char** argv)
     std::vector<int> valued;
     for (int k = nb_inputs; k < nb_signals; ++k) {
         const int date = pick(8);
-        os << date << " " << date + pick(8) << " " << status_var(k) << " : " << 1 + pick(nb_nodes - 1)
+        os << date << " " << date + pick(8) << " " << status_var(k) << " : "
+           << block_tops[static_cast<std::size_t>(pick(static_cast<int>(block_tops.size())))]
            << " , " << (pick(2) ? 1 : -1) << " , ( )\n";
         const int o = k - nb_inputs;
         const bool typed = o < nb_outputs ? outputs[o].typed : locals[o - nb_outputs].typed;
@@ -122,7 +133,7 @@ int main(int argc, char** argv)
         os << "end:\nevaltable:\n";
         for (int b = 0; b < nb_bindings; ++b) {
             const int base = 4 * b;
-            os << "  " << base << " : %% 14 ( " << 2 * (3 * pick((nb_inputs + 2) / 3)) + 1 << " 0 ) ;\n";
+            os << "  " << base << " : %% 14 ( " << 2 * (3 * pick((nb_inputs + 2) / 3)) + 1 << " , 0 ) ;\n";
             os << "  " << base + 1 << " : $ " << b % 2 << " ;\n";
             os << "  " << base + 2 << " : " << base + 1 << " ;\n";
             if (b % 2)

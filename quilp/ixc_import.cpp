@@ -1,0 +1,39 @@
+#include "ixc_import.h"
+
+#include "expression.h"
+#include "ixc_parser.h"
+#include "module.h"
+
+#include <iostream>
+#include <memory>
+
+std::list<bix_declaration_variables> convert_IXC_IO(const std::list<Signal*>* signals, Module* module)
+{
+    std::list<bix_declaration_variables> declarations;
+    if (!signals)
+        return declarations;
+    for (Signal* s : *signals) {
+        const std::string type = s->getValueType(module);
+        if (s->isPre()) {
+            std::cerr << "no integration " << s->getOriginalName() << ": " << type << std::endl;
+            continue;
+        }
+        std::cerr << "integration " << s->getOriginalName() << ": " << type << std::endl;
+        declarations.emplace_back(s->getOriginalName(), type);
+    }
+    return declarations;
+}
+
+bool declare_run(const std::string& path, const std::string& module_name, bix_declaration_ixcmodule& run)
+{
+    std::string instance;
+    const std::unique_ptr<Module> module(parse_IXC(path + module_name + ".ixc", instance));
+    if (!module)
+        return false;
+    const std::list<bix_declaration_variables> inputs =
+        convert_IXC_IO(module->getInputSignalList(), module.get());
+    const std::list<bix_declaration_variables> outputs =
+        convert_IXC_IO(module->getOutputSignalList(), module.get());
+    run = bix_declaration_ixcmodule(path, module_name, module->getName(), inputs, outputs);
+    return true;
+}

@@ -1,0 +1,27 @@
+#ifndef QUILP_IXC_IMPORT_H
+#define QUILP_IXC_IMPORT_H
+
+// From a loaded compiled module to the declarations a project keeps of it.
+
+#include "bix_norm.h"
+
+#include <list>
+#include <string>
+
+class Module;
+class Signal;
+
+// One declaration (original name, value type: "pure" for a signal without
+// value) per signal of the list, in list order; memorized copies are
+// skipped. Each signal, skipped or not, is traced on standard error as
+// "integration NAME: TYPE" ("no integration ..." when skipped).
+std::list<bix_declaration_variables> convert_IXC_IO(const std::list<Signal*>* signals, Module* module);
+
+// Loads <path><module_name>.ixc (its trace beside it) and makes the run
+// declaration of it: the path, the file and module names as given, the
+// typed inputs and outputs. False, with the loader's message on standard
+// error, when the file cannot be loaded.
+bool declare_run(const std::string& path, const std::string& module_name,
+                 bix_declaration_ixcmodule& run);
+
+#endif

@@ -1,0 +1,43 @@
+// From a loaded compiled module to the run declaration a project keeps.
+
+#include "ixc_import.h"
+#include "test_support.h"
+
+#include <gtest/gtest.h>
+
+using quilp_test::read_file;
+using quilp_test::scratch_dir;
+using quilp_test::write_file;
+using testing::internal::CaptureStderr;
+using testing::internal::GetCapturedStderr;
+
+namespace {
+
+TEST(IxcImport, MemorizedCopiesAreLeftOutOfTheDeclarations)
+{
+    scratch_dir dir;
+    write_file(dir.file("latch.ixc"), read_file(std::string(QUILP_TEST_DATA) + "/ixc_import/latch.ixc"));
+    bix_declaration_ixcmodule run;
+    CaptureStderr();
+    ASSERT_TRUE(declare_run(dir.path() + "/", "latch", run));
+    EXPECT_EQ(GetCapturedStderr(), "integration d: int\nno integration d_pre: int\n"
+                                   "integration enable: pure\nintegration q: int\n");
+    EXPECT_EQ(run.chemin(), dir.path() + "/");
+    EXPECT_EQ(run.nom_fichier(), "latch");
+    EXPECT_EQ(run.nom_module(), "latch");
+    EXPECT_EQ(run.ma_table_inputs(), (std::vector<bix_declaration_variables>{
+                                         {"d", "int"}, {"enable", "pure"}}));
+    EXPECT_EQ(run.ma_table_outputs(), (std::vector<bix_declaration_variables>{{"q", "int"}}));
+}
+
+TEST(IxcImport, AModuleThatDoesNotLoadDeclaresNothing)
+{
+    scratch_dir dir;
+    bix_declaration_ixcmodule run("/keep/", "f", "m", {}, {});
+    CaptureStderr();
+    EXPECT_FALSE(declare_run(dir.path() + "/", "absent", run));
+    EXPECT_EQ(GetCapturedStderr(), "FILE NOT FOUND !\n");
+    EXPECT_EQ(run.chemin(), "/keep/");
+}
+
+}  // namespace
