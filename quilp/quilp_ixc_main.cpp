@@ -3,7 +3,7 @@
 // is written beside the file as usual); everything is printed once, after
 // the last load, as a JSON array (--json) or a short summary.
 
-#include "ixc_inspector.h"
+#include "ixc_listing.h"
 #include "ixc_parser.h"
 #include "module.h"
 

@@ -1,4 +1,4 @@
-#include "ixc_inspector.h"
+#include "ixc_listing.h"
 
 #include "Bddexpression.h"
 #include "bddpp.h"

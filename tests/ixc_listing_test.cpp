@@ -22,7 +22,7 @@ using testing::StartsWith;
 namespace {
 
 const std::string examples = std::string(QUILP_EXAMPLES) + "/ixc/";
-const std::string data = std::string(QUILP_TEST_DATA) + "/inspector/";
+const std::string data = std::string(QUILP_TEST_DATA) + "/ixc_listing/";
 
 process_result inspect(const std::vector<std::string>& args, const scratch_dir& dir)
 {

@@ -1,5 +1,5 @@
-#ifndef QUILP_IXC_INSPECTOR_H
-#define QUILP_IXC_INSPECTOR_H
+#ifndef QUILP_IXC_LISTING_H
+#define QUILP_IXC_LISTING_H
 
 // What the inspector `quilp-ixc` prints of a loaded compiled module: one JSON
 // object per file, or a short summary for people. Its queries never end the
