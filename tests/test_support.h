@@ -1,13 +1,25 @@
 #ifndef QUILP_TEST_SUPPORT_H
 #define QUILP_TEST_SUPPORT_H
 
-// Helpers shared by the test suites: scratch directories, whole-file reads
-// and running an executable as a separate process.
+// Helpers shared by the test suites: standard error of an action, scratch
+// directories, whole-file reads and running an executable as a separate
+// process.
+
+#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 namespace quilp_test {
+
+// What `action` writes on standard error.
+template <class F>
+std::string stderr_of(F&& action)
+{
+    testing::internal::CaptureStderr();
+    action();
+    return testing::internal::GetCapturedStderr();
+}
 
 // A fresh directory under the system's temporary directory, removed with
 // everything in it when the object goes.
