@@ -62,24 +62,19 @@ std::string fig_of(const bix_tpen_fichier& p)
     return os.str();
 }
 
+std::string golden(const std::string& name)
+{
+    return read_file(std::string(QUILP_TEST_DATA) + "/writers/" + name);
+}
+
 const std::string fig_header =
     "#FIG 3.2\nLandscape\nCenter\nInches\nLetter\n100.00\nSingle\n-2\n1200 2\n";
-
-// ---------------------------------------------------------------------------
-// Main Ix module
 
 TEST(IxWriter, InstanceWiredToTerminals)
 {
     std::unique_ptr<bix_tpen_fichier> p = read_example("alarm/alarm.bix");
     ASSERT_NE(p, nullptr);
-    EXPECT_EQ(ix_of(*p, "top"),
-              "module top : \n"
-              "Input:\ngo\n;\n\n"
-              "Output:\nalarm\n;\n\n"
-              "Local: \nlink0,\nlink1;\n\n"
-              "Run:\n\"/lib/\": filter: filter\n\n;\n"
-              "run filter[go \\ x, alarm \\ y]\n"
-              "end\n\n");
+    EXPECT_EQ(ix_of(*p, "alarm"), golden("alarm.ix"));
 }
 
 TEST(IxWriter, EmptyProjectIsAModuleWithNothingInside)
@@ -127,27 +122,7 @@ TEST(IxWriter, EverySectionAndTheSharedLoopSeparator)
     CaptureStderr();
     const std::string ix = ix_of(p, "full");
     EXPECT_EQ(GetCapturedStderr(), "generation output with a constante : to do ...\n");
-    EXPECT_EQ(ix,
-              "data:\nType: int, speed;\nend data\n\n"
-              "module full : \n"
-              "Input:\ngo: ,\nrate: int\n;\n\n"
-              "Output:\nalarm,\nlevel: int\n;\n\n"
-              "Local: \ntmp: bool,\nlink0,\nlink1,\nlink2,\nlink3,\nlink4,\nlink5,\nlink6,\nlink7,\n"
-              "link8,\nlink9;\n\n"
-              "Run:\n\"/lib/\": filt: filter\n;\n\"\": cnt: counter\n\n;\n"
-              "run filter[go \\ x, rate \\ r, link2 \\ y]\n"
-              "||\n"
-              "run counter[link2 \\ tick, link5 \\ tick, level \\ n]\n"
-              "||\n"
-              "loop\n{\n"
-              "    present go { emit alarm}\n"
-              "  >>\n  emit link5\n"
-              "  >>\n  noemit alarm\n"
-              "  >>\n  emit level\n"
-              "    >>\n    present rate { emit level (#rate)}\n"
-              "  >>\n"
-              "  >> pause\n}\n"
-              "end\n\n");
+    EXPECT_EQ(ix, golden("full.ix"));
 }
 
 TEST(IxWriter, DirectWiringAloneOpensTheLoopWithoutSeparator)
@@ -162,9 +137,6 @@ TEST(IxWriter, DirectWiringAloneOpensTheLoopWithoutSeparator)
               "module d : \nInput:\ni\n;\n\nOutput:\no\n;\n\nLocal: \nlink0,\nlink1;\n\n"
               "loop\n{\n  noemit o\n    >>\n    present i { emit o}\n  >> pause\n}\nend\n\n");
 }
-
-// ---------------------------------------------------------------------------
-// Project file
 
 TEST(BixWriter, EmptyProjectIsTheEightSectionHeaders)
 {
@@ -304,16 +276,12 @@ TEST(BixWriter, RoundTripGivesIdenticalTablesInTheSameOrder)
     }
 }
 
-// ---------------------------------------------------------------------------
-// Xfig drawing
-
 // Runs fig2dev on a copy of the drawing without its polyline end marks;
 // returns fig2dev's error output, or a failure text.
 std::string fig2dev_complaints(const std::string& fig, const scratch_dir& dir)
 {
     const std::string copy = dir.file("copy.fig");
     const std::string err = dir.file("fig2dev.err");
-    write_file(copy, "");
     std::string stripped;
     std::istringstream lines(fig);
     for (std::string line; std::getline(lines, line);)
@@ -342,24 +310,7 @@ TEST(XfigWriter, BoxesLinksAndTheirClippedEnds)
     p.add_fin_transition(bix_tpen_lien(0, 0, 1, 0));
     p.add_fin_transition(bix_tpen_lien(-1, 0, 0, 0));
     p.add_fin_transition(bix_tpen_lien(-1, 0, -1, 0, {2, 3}));
-    EXPECT_EQ(fig_of(p),
-              fig_header +
-              " 1 3 0 1 0 7 50 -1 -1 0.000 1 0.0000 1000 1000 500 1000 1000 1000 1500 1000\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 1000 -80 a\\001\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 1000 1100 mod\\001\n\n"
-              " 1 3 0 1 0 7 50 -1 -1 0.000 1 0.0000 4000 5000 500 1000 4000 5000 4500 5000\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 4000 3920 \\001\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 4000 5100 mod\\001\n\n"
-              " 1 3 0 1 0 7 50 -1 -1 0.000 1 0.0000 0 0 500 1000 0 0 500 0\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 0 -1080 c\\001\n\n"
-              "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 1 0 2\n"
-              "        1 1 1.00 120.00 240.00\n"
-              "         1300 1400 3700 4600 \n\\001\n"
-              "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 0 0 1\n"
-              "         1000 1000 \n\\001\n"
-              "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 1 0 1\n"
-              "        1 1 1.00 120.00 240.00\n"
-              "         2000 3000 \n\\001\n");
+    EXPECT_EQ(fig_of(p), golden("boxes_links.fig"));
 }
 
 TEST(XfigWriter, LinkWithNeitherEndNorPointWritesNothing)
@@ -380,9 +331,6 @@ TEST(XfigWriter, Fig2devReadsEveryDrawing)
     for (const bix_tpen_fichier& p : projects)
         EXPECT_EQ(fig2dev_complaints(fig_of(p), dir), "") << p.mon_nom_module();
 }
-
-// ---------------------------------------------------------------------------
-// Indexes that point outside their tables
 
 TEST(BadIndexes, WritersAndRoutingNeverReadOutsideATable)
 {
