@@ -21,10 +21,7 @@ using testing::internal::GetCapturedStderr;
 
 namespace {
 
-bix_declaration_variables var(const std::string& name, const std::string& type)
-{
-    return bix_declaration_variables(name, type);
-}
+using var = bix_declaration_variables;
 
 std::unique_ptr<bix_tpen_fichier> read_text(const std::string& text)
 {
