@@ -44,8 +44,6 @@ Bddexpression* equation(Module& m, std::size_t var)
     return m.getBddWood()->Exp_table().at(var);
 }
 
-// ---------------------------------------------------------------- records
-
 TEST(BindingRecords, EvaluationNodesCopyTheirArgumentsAndPrintThem)
 {
     const std::list<long> args{1, 2};
@@ -108,8 +106,6 @@ TEST(BindingRecords, ASignalValueKeepsItsFirstTwoArgumentsOnly)
     std::unique_ptr<evalnodeparse> call(parser.new_evaluation(evalnodeparse::METHODE_EXTERNE, 14, &three));
     EXPECT_EQ(*call->arguments(), three);
 }
-
-// ---------------------------------------------------------------- expressions
 
 TEST_F(ReaderTest, LinksLeadToConstantsByTheirGlobalIndex)
 {
@@ -239,8 +235,6 @@ TEST_F(ReaderTest, LongChainsOfLinksAndOperationsBuildWithoutRecursion)
     EXPECT_EQ(depth, 100000);
 }
 
-// ---------------------------------------------------------------- refusals
-
 TEST_F(ReaderTest, EvaluationTablesThatCannotBeBuiltAreRefusedWithOneLine)
 {
     struct refusal {
@@ -273,8 +267,6 @@ TEST_F(ReaderTest, EvaluationTablesThatCannotBeBuiltAreRefusedWithOneLine)
         EXPECT_EQ(r.err, "t.ixc: " + c.message + "\n");
     }
 }
-
-// ---------------------------------------------------------------- fatal exits
 
 TEST(BindingsDeathTest, MissingNodesAndBadOperatorsEndTheProcess)
 {

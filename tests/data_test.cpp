@@ -118,8 +118,6 @@ TEST_F(DataTables, ConstantIndicesFollowTheLargestSoFarUnlessTheValueIsComputed)
               "float last;\nint next;\n\n");
 }
 
-// ---------------------------------------------------------------- types of expressions
-
 TEST_F(DataExprTypes, TypesComeFromDeclarationsAndOperandsAgree)
 {
     Compilation::getDataConstantTable()->addConstant(new ConstantDecl("int", "zero", new DataValue("0")));
@@ -181,8 +179,6 @@ TEST_F(DataExprTypes, ConstantNodesRecordTheirFirstEvaluationIndex)
     EXPECT_EQ(second.getIndex(), 30);
     EXPECT_TRUE(second.hasIndex());
 }
-
-// ---------------------------------------------------------------- walks
 
 TEST_F(DataExprWalks, CopiesAreDeepAndForgetTypesAndIndices)
 {

@@ -197,8 +197,6 @@ TEST(ExpressionRails, InitialVersionsReadInitialVariablesExceptWhereCondMixesThe
     EXPECT_EQ(not_x.getInitialBddStatus(&t.m, t.w), t.vi(t.x));
 }
 
-// ---------------------------------------------------------------- plus, mult
-
 enum class kind { t, f, b, e, other };
 
 Expression* make(kind k, Signal* other)
@@ -297,8 +295,6 @@ TEST(ExpressionCombination, PlusAndMultFollowTheirTablesInOrder)
         check_cell(c, false);
     }
 }
-
-// ---------------------------------------------------------------- copies, printing
 
 TEST(ExpressionCopies, DuplicateCopiesNodesAndSharesSignals)
 {
