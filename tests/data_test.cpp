@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
-
 using ::testing::ExitedWithCode;
 using ::testing::HasSubstr;
 using namespace dravik_test;
@@ -15,13 +13,6 @@ using DataTablesDeathTest = DataTablesTest;
 using DataExprTypes = DataTablesTest;
 using DataExprTypesDeathTest = DataTablesTest;
 using DataExprWalks = DataTablesTest;
-
-std::string printed_table(const std::function<void(std::ostream&)>& print)
-{
-    std::ostringstream os;
-    print(os);
-    return os.str();
-}
 
 TEST_F(DataTables, TablesAreMadeOnFirstUseAndTypesKeepTheirFirstId)
 {
@@ -38,9 +29,9 @@ TEST_F(DataTables, TablesAreMadeOnFirstUseAndTypesKeepTheirFirstId)
     EXPECT_EQ(types->getTypeById(1), "float");
     EXPECT_EQ(types->getTypeById(2), "undefined");
     EXPECT_EQ(types->getTypeById(-1), "undefined");
-    EXPECT_EQ(printed_table([&](std::ostream& os) { types->print(os, true); }),
+    EXPECT_EQ(text_of([&](std::ostream& os) { types->print(os, true); }),
               "type:\n   0: int;\n   1: float;\n\n");
-    EXPECT_EQ(printed_table([&](std::ostream& os) { types->print(os, false); }), "type:\nint;\nfloat;\n\n");
+    EXPECT_EQ(text_of([&](std::ostream& os) { types->print(os, false); }), "type:\nint;\nfloat;\n\n");
     EXPECT_EQ(Compilation::GDataConstIndex, -1);
     EXPECT_EQ(Compilation::EmptyString, "");
 }
@@ -68,7 +59,7 @@ TEST_F(DataTables, MethodsAreNumberedFromTheLastIndex)
     EXPECT_EQ(methods->getMethodById(1), nullptr);
     g->setIndex(1);
     h->setIndex(2);
-    EXPECT_EQ(printed_table([&](std::ostream& os) { methods->print(os, true); }),
+    EXPECT_EQ(text_of([&](std::ostream& os) { methods->print(os, true); }),
               "method:\n   0: int f(int, float);\n   1:  ();\n   2: bool h();\n\n");
 }
 
@@ -113,7 +104,7 @@ TEST_F(DataTables, ConstantIndicesFollowTheLargestSoFarUnlessTheValueIsComputed)
     auto* next = new ConstantDecl("int", "next");
     constants->addConstant(next);
     EXPECT_EQ(next->getConstantIndex(), 5);
-    EXPECT_EQ(printed_table([&](std::ostream& os) { constants->print(os, false); }),
+    EXPECT_EQ(text_of([&](std::ostream& os) { constants->print(os, false); }),
               "constant:\nint bare;\nint lit value: 3;\nint comp value: 4(C: 0);\nfloat after;\n"
               "float last;\nint next;\n\n");
 }

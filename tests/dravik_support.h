@@ -24,6 +24,7 @@ inline Signal* signal_of(Module& m, const std::string& name)
 }
 
 using quilp_test::stderr_of;
+using quilp_test::text_of;
 
 inline std::string printed(Expression* e)
 {

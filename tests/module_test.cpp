@@ -133,9 +133,7 @@ TEST(ModuleBindings, TheClockedFormMarksTheSignalsAndAddsNoEquation)
     ASSERT_EQ(t.m.getDataBindingByClock(t.clock).size(), 1u);
     EXPECT_EQ(t.m.getDataBindingByClock(t.clock).front(), t.m.getBinding("s"));
 
-    std::ostringstream os;
-    t.m.debugPrintBinding(os);
-    EXPECT_THAT(os.str(), HasSubstr("s = x clock: clk\n"));
+    EXPECT_THAT(text_of([&](std::ostream& os) { t.m.debugPrintBinding(os); }), HasSubstr("s = x clock: clk\n"));
     EXPECT_TRUE(t.m.removeBinding("s"));
     EXPECT_FALSE(t.m.removeBinding("s"));
     EXPECT_EQ(t.m.getBinding("s"), nullptr);

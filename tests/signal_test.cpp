@@ -247,12 +247,8 @@ TEST_F(SignalTest, ManagerIdTablesGrowWithTheWoodAndFollowCopiesAndDeletions)
     EXPECT_EQ(sm->getSignalRefById(0, &third), nullptr);
     sm->deleteWood(&third);
 
-    std::ostringstream by_name;
-    std::ostringstream by_id;
-    sm->printSignalTableByName(by_name);
-    sm->printSignalTableById(by_id);
-    EXPECT_THAT(by_name.str(), HasSubstr("s39"));
-    EXPECT_THAT(by_id.str(), HasSubstr("79: s39"));
+    EXPECT_THAT(text_of([&](std::ostream& os) { sm->printSignalTableByName(os); }), HasSubstr("s39"));
+    EXPECT_THAT(text_of([&](std::ostream& os) { sm->printSignalTableById(os); }), HasSubstr("79: s39"));
 }
 
 } // namespace

@@ -40,23 +40,17 @@ std::unique_ptr<bix_tpen_fichier> read_example(const std::string& name)
 
 std::string ix_of(const bix_tpen_fichier& p, const std::string& name)
 {
-    std::ostringstream os;
-    p.put_ix(os, name);
-    return os.str();
+    return quilp_test::text_of([&](std::ostream& os) { p.put_ix(os, name); });
 }
 
 std::string bix_of(const bix_tpen_fichier& p, const std::string& name)
 {
-    std::ostringstream os;
-    p.put_bix(os, name);
-    return os.str();
+    return quilp_test::text_of([&](std::ostream& os) { p.put_bix(os, name); });
 }
 
 std::string fig_of(const bix_tpen_fichier& p)
 {
-    std::ostringstream os;
-    p.put_xfig(os, p.mon_nom_module());
-    return os.str();
+    return quilp_test::text_of([&](std::ostream& os) { p.put_xfig(os, p.mon_nom_module()); });
 }
 
 std::string golden(const std::string& name)
