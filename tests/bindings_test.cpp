@@ -13,6 +13,7 @@
 
 using namespace ixc_test;
 using dravik_test::debug_text;
+using dravik_test::text_of;
 using quilp_test::read_file;
 using testing::ExitedWithCode;
 using testing::HasSubstr;
@@ -72,16 +73,12 @@ TEST(BindingRecords, NodeLinesPrintTheirBuiltNode)
     parsed_nodes_class::table nodes;
     nodes.push_back(std::make_unique<parsed_nodes_class>(-1, 0, 0, 1));
     nodes.push_back(std::make_unique<parsed_nodes_class>(0, 0, 0, -1));
-    std::ostringstream before;
-    before << *nodes[1];
-    EXPECT_EQ(before.str(), "0 0 -1 0 <not connected>");
+    EXPECT_EQ(text_of([&](std::ostream& os) { os << *nodes[1]; }), "0 0 -1 0 <not connected>");
     parsed_nodes_fault fault;
     bdd_node* built = parsed_nodes_class::build(1, &manager, nodes, fault);
     ASSERT_NE(built, nullptr) << fault.text;
     EXPECT_EQ(built, manager.Bdd_var_by_index(0).node());
-    std::ostringstream after;
-    after << *nodes[1];
-    EXPECT_EQ(after.str(), "0 0 -1 0 #" + std::to_string(built->global_id()));
+    EXPECT_EQ(text_of([&](std::ostream& os) { os << *nodes[1]; }), "0 0 -1 0 #" + std::to_string(built->global_id()));
 }
 
 TEST(BindingRecords, OnlyTheUnclockedFormAddsTheFirstIdOffsetToTheValueId)
@@ -205,6 +202,7 @@ TEST_F(ReaderTest, ThermostatExampleBindsWithAndWithoutClock)
 {
     load_result r = load_text(read_file(example_path("thermostat.ixc")));
     ASSERT_NE(r.module, nullptr) << r.err;
+    EXPECT_EQ(r.err, "");
     Module& m = *r.module;
     EXPECT_EQ(bound_value(m, "error"), " 1(temp, setpoint)");
     EXPECT_EQ(bound_value(m, "command"), "0( 2(error, gain), C: 0, C: 1)");
