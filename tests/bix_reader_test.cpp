@@ -205,33 +205,27 @@ TEST(BixReader, DecimalsIgnoreACommaDecimalLocale)
     EXPECT_NE(written.str().find("\"b\" 1.5 -2.25 : 1 : 0"), std::string::npos) << written.str();
 }
 
-TEST(BixReaderFile, MissingFileIsReportedAndItsLogIsStillCreated)
+// A missing file is reported and its log still created; a syntax error is
+// followed by the loading error, the log holding the trace up to it.
+TEST(BixReaderFile, MissingAndRefusedFilesAreReportedBesideTheirLog)
 {
     scratch_dir dir;
-    const std::string name = dir.file("absent.bix");
+    const std::string absent = dir.file("absent.bix");
     CaptureStderr();
     testing::internal::CaptureStdout();
-    bix_tpen_fichier* p = parse(name);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "reading " + name + "\n");
+    EXPECT_EQ(parse(absent), nullptr);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "reading " + absent + "\n");
     EXPECT_EQ(GetCapturedStderr(), "FILE NOT FOUND !\n");
-    EXPECT_EQ(p, nullptr);
-    EXPECT_TRUE(quilp_test::file_exists(name + ".log"));
-}
+    EXPECT_TRUE(quilp_test::file_exists(absent + ".log"));
 
-TEST(BixReaderFile, SyntaxErrorIsFollowedByTheLoadingError)
-{
-    scratch_dir dir;
-    const std::string name = dir.file("bad.bix");
-    write_file(name, "Name: a;\nType: ;\n");
+    const std::string bad = dir.file("bad.bix");
+    write_file(bad, "Name: a;\nType: ;\n");
     CaptureStderr();
     testing::internal::CaptureStdout();
-    std::unique_ptr<bix_tpen_fichier> p(parse(name));
+    EXPECT_EQ(parse(bad), nullptr);
     testing::internal::GetCapturedStdout();
-    EXPECT_EQ(GetCapturedStderr(), "syntax error, unexpected $end, expecting INPUT\n"
-                                   "ERROR about loading file : " + name + "\n");
-    EXPECT_EQ(p, nullptr);
-    EXPECT_EQ(read_file(name + ".log"),
-              "7 --> a\n5 --> liste types vide\n4 --> definition de la liste des types\n");
+    EXPECT_EQ(GetCapturedStderr(), "syntax error, unexpected $end, expecting INPUT\nERROR about loading file : " + bad + "\n");
+    EXPECT_EQ(read_file(bad + ".log"), "7 --> a\n5 --> liste types vide\n4 --> definition de la liste des types\n");
 }
 
 TEST(BixReaderFile, ParsersNestAndRestoreTheActiveOne)

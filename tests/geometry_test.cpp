@@ -79,14 +79,31 @@ ports ends(const bix_tpen_fichier& p, const bix_tpen_lien& l)
     return e;
 }
 
-TEST(GeometryRouting, FreshLinkGoesThroughTheVerticalMidway)
+// A fresh link goes through the vertical midway; a two-point route keeps its
+// vertical within the ports; a loop on a box goes over its top.
+TEST(GeometryRouting, FreshTwoPointAndSelfLoopRoutes)
 {
     const bix_tpen_fichier p = sheet();
-    bix_tpen_lien l(0, 0, 1, 2);
-    l.aligne_points(&p);
-    const ports e = ends(p, l);
+    bix_tpen_lien fresh(0, 0, 1, 2);
+    fresh.aligne_points(&p);
+    ports e = ends(p, fresh);
     const double x = (e.xs + e.xe) / 2;
-    EXPECT_EQ(l.liste_positions(), (std::vector<double>{x, e.ys, x, e.ye}));
+    EXPECT_EQ(fresh.liste_positions(), (std::vector<double>{x, e.ys, x, e.ye}));
+
+    e = ends(p, bix_tpen_lien(0, 0, 1, 0));
+    bix_tpen_lien far(0, 0, 1, 0, {e.xe + 100, 0, 0, 0});
+    bix_tpen_lien within(0, 0, 1, 0, {20, 0, 0, 0});
+    far.aligne_points(&p);
+    within.aligne_points(&p);
+    EXPECT_EQ(far.liste_positions(), (std::vector<double>{e.xe, e.ys, e.xe, e.ye}));
+    EXPECT_EQ(within.liste_positions(), (std::vector<double>{20, e.ys, 20, e.ye}));
+
+    bix_tpen_lien loop(0, 0, 0, 1);
+    loop.aligne_points(&p);
+    e = ends(p, loop);
+    const double top = e.ys - p.bbox_hauteur(0) / 2;
+    EXPECT_EQ(loop.liste_positions(),
+              (std::vector<double>{e.xs + 0.5, e.ys, e.xs + 0.5, top, e.xe - 0.5, top, e.xe - 0.5, e.ye}));
 }
 
 TEST(GeometryRouting, BackwardRouteAndItsShapeWhenMovedAgain)
@@ -117,29 +134,6 @@ TEST(GeometryRouting, BackwardRouteAndItsShapeWhenMovedAgain)
     e = ends(p, l);
     EXPECT_EQ(l.nb_points(), 2);
     EXPECT_DOUBLE_EQ(l.liste_positions()[0], (e.xs + e.xe) / 2);
-}
-
-TEST(GeometryRouting, TwoPointRouteKeepsItsVerticalWithinThePorts)
-{
-    const bix_tpen_fichier p = sheet();
-    const ports e = ends(p, bix_tpen_lien(0, 0, 1, 0));
-    bix_tpen_lien l(0, 0, 1, 0, {e.xe + 100, 0, 0, 0});
-    l.aligne_points(&p);
-    EXPECT_EQ(l.liste_positions(), (std::vector<double>{e.xe, e.ys, e.xe, e.ye}));
-    bix_tpen_lien m(0, 0, 1, 0, {20, 0, 0, 0});
-    m.aligne_points(&p);
-    EXPECT_EQ(m.liste_positions(), (std::vector<double>{20, e.ys, 20, e.ye}));
-}
-
-TEST(GeometryRouting, SelfLoopGoesOverTheTopOfTheBox)
-{
-    const bix_tpen_fichier p = sheet();
-    bix_tpen_lien l(0, 0, 0, 1);
-    l.aligne_points(&p);
-    const ports e = ends(p, l);
-    const double top = e.ys - p.bbox_hauteur(0) / 2;
-    EXPECT_EQ(l.liste_positions(), (std::vector<double>{e.xs + 0.5, e.ys, e.xs + 0.5, top,
-                                                        e.xe - 0.5, top, e.xe - 0.5, e.ye}));
 }
 
 TEST(GeometryRouting, MalformedLinksAreReportedAndLeftAsTheyAre)

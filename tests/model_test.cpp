@@ -37,10 +37,15 @@ ends link_ends(const bix_tpen_fichier& p)
     return e;
 }
 
+// Edits on a copy leave the original as it was.
 TEST(ModelDeletion, BoxRemovesItsLinksAndRenumbersTheOthers)
 {
-    bix_tpen_fichier p = three_boxes();
+    const bix_tpen_fichier original = three_boxes();
+    bix_tpen_fichier p(original);
     p.sup_black_box(0);
+    p.add_fin_input(var("z", ""));
+    EXPECT_EQ((std::vector<int>{original.nbr_black_box(), original.nbr_transitions(), original.nbr_inputs()}),
+              (std::vector<int>{3, 2, 0}));
     ASSERT_EQ(p.nbr_black_box(), 2);
     EXPECT_EQ(p.ma_table_bbox()[0].mon_nom(), "B");
     ASSERT_EQ(link_ends(p), (ends{{0, 1}}));
@@ -118,17 +123,6 @@ TEST(ModelEquality, BoxesIgnoreDiameterAndGeneratedName)
     EXPECT_FALSE(var("a", "int") == var("a", ""));
 }
 
-TEST(ModelCopy, ProjectCopiesAreIndependent)
-{
-    bix_tpen_fichier p = three_boxes();
-    bix_tpen_fichier q(p);
-    q.sup_black_box(0);
-    q.add_fin_input(var("z", ""));
-    EXPECT_EQ(p.nbr_black_box(), 3);
-    EXPECT_EQ(p.nbr_transitions(), 2);
-    EXPECT_EQ(p.nbr_inputs(), 0);
-}
-
 // Boxes: 0 input "i" (int), 1 input "g" (pure), 2 output "o" (int),
 // 3 constant, 4 don't care, 5 instance of run m (inputs a:int, b:pure;
 // output r:int).
@@ -146,7 +140,7 @@ bix_tpen_fichier typed_project()
     return p;
 }
 
-TEST(ModelTypeRule, MatchingTypesAndDontCareBoxesPass)
+TEST(ModelTypeRule, MatchingTypesAndDontCareBoxesPassMismatchesExplainBothSides)
 {
     const bix_tpen_fichier p = typed_project();
     std::string message = "untouched";
@@ -156,12 +150,7 @@ TEST(ModelTypeRule, MatchingTypesAndDontCareBoxesPass)
     EXPECT_EQ(p.correct_type_interconnection(4, 0, 5, 7, message), 1);  // don't care, bad port
     EXPECT_EQ(p.correct_type_interconnection(1, 0, 4, 0, message), 1);
     EXPECT_EQ(message, "untouched");
-}
-
-TEST(ModelTypeRule, MismatchesExplainBothSides)
-{
-    const bix_tpen_fichier p = typed_project();
-    std::string message;
+    // mismatches explain both sides
     EXPECT_EQ(p.correct_type_interconnection(0, 0, 5, 1, message), 0);
     EXPECT_EQ(message, "signal typed with: \"int\" versus no typed signal");
     EXPECT_EQ(p.correct_type_interconnection(1, 0, 5, 0, message), 0);

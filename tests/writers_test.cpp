@@ -68,9 +68,17 @@ TEST(IxWriter, InstanceWiredToTerminals)
     EXPECT_EQ(ix_of(*p, "alarm"), golden("alarm.ix"));
 }
 
-TEST(IxWriter, EmptyProjectIsAModuleWithNothingInside)
+// A module with nothing inside, the eight section headers, the drawing's
+// header alone; a link with neither end nor point draws nothing.
+TEST(EmptyProject, EachWriterWritesItsFrameOnly)
 {
-    EXPECT_EQ(ix_of(bix_tpen_fichier(), "e"), "module e : \nend\n\n");
+    bix_tpen_fichier p;
+    EXPECT_EQ(ix_of(p, "e"), "module e : \nend\n\n");
+    EXPECT_EQ(bix_of(p, "e"), "Name: e;\n\nType:\n;\n\nInput:\n;\n\nOutput:\n;\n\nLocal:\n;\n\nRun:\n;\n\n"
+                              "BlackBox:\n;\n\nLink:\n;\n");
+    EXPECT_EQ(fig_of(p), fig_header);
+    p.add_fin_transition(bix_tpen_lien(-1, 0, -1, 0));
+    EXPECT_EQ(fig_of(p), fig_header + "\n");
 }
 
 // Two runs, terminals of every kind, links between instances, direct links
@@ -127,13 +135,6 @@ TEST(IxWriter, DirectWiringAloneOpensTheLoopWithoutSeparator)
     EXPECT_EQ(ix_of(p, "d"),
               "module d : \nInput:\ni\n;\n\nOutput:\no\n;\n\nLocal: \nlink0,\nlink1;\n\n"
               "loop\n{\n  noemit o\n    >>\n    present i { emit o}\n  >> pause\n}\nend\n\n");
-}
-
-TEST(BixWriter, EmptyProjectIsTheEightSectionHeaders)
-{
-    EXPECT_EQ(bix_of(bix_tpen_fichier(), "e"),
-              "Name: e;\n\nType:\n;\n\nInput:\n;\n\nOutput:\n;\n\nLocal:\n;\n\nRun:\n;\n\n"
-              "BlackBox:\n;\n\nLink:\n;\n");
 }
 
 TEST(BixWriter, RunWithoutPortsAndLinkWithoutPoints)
@@ -287,11 +288,6 @@ std::string fig2dev_complaints(const std::string& fig, const scratch_dir& dir)
     return complaints;
 }
 
-TEST(XfigWriter, EmptyProjectIsTheHeaderOnly)
-{
-    EXPECT_EQ(fig_of(bix_tpen_fichier()), fig_header);
-}
-
 TEST(XfigWriter, BoxesLinksAndTheirClippedEnds)
 {
     bix_tpen_fichier p("p", {}, {var("i", "")}, {}, {}, {bix_declaration_ixcmodule("", "m", "mod", {}, {})});
@@ -302,13 +298,6 @@ TEST(XfigWriter, BoxesLinksAndTheirClippedEnds)
     p.add_fin_transition(bix_tpen_lien(-1, 0, 0, 0));
     p.add_fin_transition(bix_tpen_lien(-1, 0, -1, 0, {2, 3}));
     EXPECT_EQ(fig_of(p), golden("boxes_links.fig"));
-}
-
-TEST(XfigWriter, LinkWithNeitherEndNorPointWritesNothing)
-{
-    bix_tpen_fichier p;
-    p.add_fin_transition(bix_tpen_lien(-1, 0, -1, 0));
-    EXPECT_EQ(fig_of(p), fig_header + "\n");
 }
 
 TEST(XfigWriter, Fig2devReadsEveryDrawing)
@@ -325,8 +314,8 @@ TEST(XfigWriter, Fig2devReadsEveryDrawing)
 
 TEST(BadIndexes, WritersAndRoutingNeverReadOutsideATable)
 {
-    std::unique_ptr<bix_tpen_fichier> p =
-        read_text(read_file(std::string(QUILP_TEST_DATA) + "/bix/bad_indices.bix"));
+    const std::string data = std::string(QUILP_TEST_DATA) + "/bix/bad_indices.";
+    std::unique_ptr<bix_tpen_fichier> p = read_text(read_file(data + "bix"));
     ASSERT_NE(p, nullptr);
     CaptureStderr();
     const std::string ix = ix_of(*p, "bad");
@@ -342,8 +331,8 @@ TEST(BadIndexes, WritersAndRoutingNeverReadOutsideATable)
     for (int i = -1; i <= p->nbr_black_box(); ++i)
         p->correct_type_interconnection(i, 5, i + 1, -3, message);
     GetCapturedStderr();
-    EXPECT_EQ(ix, read_file(std::string(QUILP_TEST_DATA) + "/bix/bad_indices.ix"));
-    EXPECT_EQ(fig, read_file(std::string(QUILP_TEST_DATA) + "/bix/bad_indices.fig"));
+    EXPECT_EQ(ix, read_file(data + "ix"));
+    EXPECT_EQ(fig, read_file(data + "fig"));
     std::unique_ptr<bix_tpen_fichier> again = read_text(bix);
     ASSERT_NE(again, nullptr);
     expect_same_tables(*p, *again);
