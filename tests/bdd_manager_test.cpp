@@ -244,7 +244,7 @@ TEST_F(abc, ConjunctionAndDisjunctionEdgeCases)
     EXPECT_FALSE(m.Bdds_excl(a, b));
 }
 
-TEST_F(abc, ReferenceCountsFollowHandlesAndExits)
+TEST_F(abc, ReferenceCountsFollowHandlesAndExitsFreeAndDupOnlyReport)
 {
     bdd_node* bn = b.node();
     std::int32_t base = bn->nb_refs();
@@ -270,10 +270,7 @@ TEST_F(abc, ReferenceCountsFollowHandlesAndExits)
     EXPECT_EQ(m.Bdd_gc(), 0);
     EXPECT_EQ(m.Bdd_and(a, b), f);
     EXPECT_EQ(check_invariants(m), "");
-}
-
-TEST_F(abc, FreeAndDupOnlyReport)
-{
+    // Freeing and duplicating only report.
     EXPECT_EQ(stderr_of([&] { m.Bdd_free(a); }), "bddpp_manager::Bdd_free() is now became useless\n");
     bdd d;
     EXPECT_EQ(stderr_of([&] { d = m.Bdd_dup(b); }), "Warning: bddpp_manager::Bdd_dup() is became useless ...\n");

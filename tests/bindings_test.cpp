@@ -13,8 +13,6 @@
 
 using namespace ixc_test;
 using dravik_test::debug_text;
-using dravik_test::text_of;
-using quilp_test::read_file;
 using testing::ExitedWithCode;
 using testing::HasSubstr;
 
@@ -81,18 +79,16 @@ TEST(BindingRecords, NodeLinesPrintTheirBuiltNode)
     EXPECT_EQ(text_of([&](std::ostream& os) { os << *nodes[1]; }), "0 0 -1 0 #" + std::to_string(built->global_id()));
 }
 
-TEST(BindingRecords, OnlyTheUnclockedFormAddsTheFirstIdOffsetToTheValueId)
+// Only the unclocked form adds the first id offset to the value id; a
+// signal value keeps its first two arguments only.
+TEST(BindingRecords, ParserHelpersOffsetUnclockedValueIdsAndTrimSignalValues)
 {
     class_ixc_parser parser;
     parser.premier_bdd_id = 10;
     const couplelong signal(1, 2), clock(3, 4);
     EXPECT_EQ(parser.new_binding(signal, 7, nullptr), bindingparse(1, 12, 7, -1, -1));
     EXPECT_EQ(parser.new_binding(signal, 7, &clock), bindingparse(1, 2, 7, 3, 4));
-}
 
-TEST(BindingRecords, ASignalValueKeepsItsFirstTwoArgumentsOnly)
-{
-    class_ixc_parser parser;
     const std::list<long> three{0, 1, 999};
     for (long code : {14L, 29L}) {
         std::unique_ptr<evalnodeparse> n(parser.new_evaluation(evalnodeparse::METHODE_PREDEFINIE, code, &three));
@@ -266,7 +262,7 @@ TEST_F(ReaderTest, EvaluationTablesThatCannotBeBuiltAreRefusedWithOneLine)
     }
 }
 
-TEST(BindingsDeathTest, MissingNodesAndBadOperatorsEndTheProcess)
+TEST(BindingsDeathTest, MissingNodesBadOperatorsAndUnknownNodeKindsEndTheProcess)
 {
     const std::string missing = "Error: Illegal operation!\nbinding_declaration_parse::get_evalnode: node_not_found\n";
     EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 5 ;\n", "0 : $ 0 ;\n")), ExitedWithCode(1),
@@ -278,6 +274,10 @@ TEST(BindingsDeathTest, MissingNodesAndBadOperatorsEndTheProcess)
         EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", std::string("0 : %% 0 ") + args + " ;\n1 : $ 0 ;\n")),
                     ExitedWithCode(1),
                     HasSubstr("Error: Illegal operation!\nbinding_declaration_parse::dataexpr: invalid_operator\n"));
+    binding_declaration_parse section(nullptr, new std::list<evalnodeparse>{evalnodeparse(7, 0)}, nullptr, nullptr,
+                                      nullptr);
+    EXPECT_EXIT(section.dataexpr(0, nullptr), ExitedWithCode(1),
+                HasSubstr("Error: Illegal operation!\nbinding_declaration_parse::dataexpr: unknown_eval_type\n"));
 }
 
 TEST(BindingsDeathTest, UnknownSignalsEndTheProcess)
@@ -291,14 +291,6 @@ TEST(BindingsDeathTest, UnknownSignalsEndTheProcess)
                 HasSubstr("unknown data signal:l\n"));
     EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", "0 : %% 14 ( 9 ) ;\n"), "_i"), ExitedWithCode(1),
                 HasSubstr("binding_declaration_parse::dataexpr2: signal not found: l\n"));
-}
-
-TEST(BindingsDeathTest, AnEvaluationNodeOfUnknownKindEndsTheProcess)
-{
-    binding_declaration_parse section(nullptr, new std::list<evalnodeparse>{evalnodeparse(7, 0)}, nullptr, nullptr,
-                                      nullptr);
-    EXPECT_EXIT(section.dataexpr(0, nullptr), ExitedWithCode(1),
-                HasSubstr("Error: Illegal operation!\nbinding_declaration_parse::dataexpr: unknown_eval_type\n"));
 }
 
 } // namespace

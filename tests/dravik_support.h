@@ -23,8 +23,7 @@ inline Signal* signal_of(Module& m, const std::string& name)
     return new Signal(name, &m, m.getBddWood());
 }
 
-using quilp_test::stderr_of;
-using quilp_test::text_of;
+using namespace quilp_test;
 
 inline std::string printed(Expression* e)
 {

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-using quilp_test::stderr_of;
+using namespace quilp_test;
 using testing::DoubleEq;
 using testing::Pointwise;
 

@@ -5,9 +5,7 @@
 
 #include <gtest/gtest.h>
 
-using quilp_test::read_file;
-using quilp_test::scratch_dir;
-using quilp_test::write_file;
+using namespace quilp_test;
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
 

@@ -16,10 +16,6 @@
 #include <vector>
 
 using namespace ixc_test;
-using quilp_test::read_file;
-using quilp_test::scratch_dir;
-using quilp_test::stderr_of;
-using quilp_test::write_file;
 using testing::ExitedWithCode;
 using testing::HasSubstr;
 

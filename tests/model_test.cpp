@@ -8,7 +8,7 @@
 
 #include <cstdlib>
 
-using quilp_test::stderr_of;
+using namespace quilp_test;
 
 namespace {
 

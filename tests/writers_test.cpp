@@ -13,9 +13,7 @@
 #include <random>
 #include <sstream>
 
-using quilp_test::read_file;
-using quilp_test::scratch_dir;
-using quilp_test::write_file;
+using namespace quilp_test;
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
 
@@ -40,17 +38,17 @@ std::unique_ptr<bix_tpen_fichier> read_example(const std::string& name)
 
 std::string ix_of(const bix_tpen_fichier& p, const std::string& name)
 {
-    return quilp_test::text_of([&](std::ostream& os) { p.put_ix(os, name); });
+    return text_of([&](std::ostream& os) { p.put_ix(os, name); });
 }
 
 std::string bix_of(const bix_tpen_fichier& p, const std::string& name)
 {
-    return quilp_test::text_of([&](std::ostream& os) { p.put_bix(os, name); });
+    return text_of([&](std::ostream& os) { p.put_bix(os, name); });
 }
 
 std::string fig_of(const bix_tpen_fichier& p)
 {
-    return quilp_test::text_of([&](std::ostream& os) { p.put_xfig(os, p.mon_nom_module()); });
+    return text_of([&](std::ostream& os) { p.put_xfig(os, p.mon_nom_module()); });
 }
 
 std::string golden(const std::string& name)
@@ -118,9 +116,8 @@ bix_tpen_fichier full_project()
 TEST(IxWriter, EverySectionAndTheSharedLoopSeparator)
 {
     const bix_tpen_fichier p = full_project();
-    CaptureStderr();
-    const std::string ix = ix_of(p, "full");
-    EXPECT_EQ(GetCapturedStderr(), "generation output with a constante : to do ...\n");
+    std::string ix;
+    EXPECT_EQ(stderr_of([&] { ix = ix_of(p, "full"); }), "generation output with a constante : to do ...\n");
     EXPECT_EQ(ix, golden("full.ix"));
 }
 
