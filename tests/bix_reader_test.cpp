@@ -14,8 +14,6 @@
 #include <sstream>
 
 using namespace quilp_test;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
 
 namespace {
 
@@ -34,10 +32,8 @@ read_result read_text(const std::string& text, int explain = 0)
 {
     std::istringstream in(text);
     std::ostringstream log;
-    CaptureStderr();
     read_result r;
-    r.project.reset(parse_bix_stream(in, log, explain));
-    r.err = GetCapturedStderr();
+    r.err = stderr_of([&] { r.project.reset(parse_bix_stream(in, log, explain)); });
     r.log = log.str();
     return r;
 }
@@ -209,20 +205,17 @@ TEST(BixReaderFile, MissingAndRefusedFilesAreReportedBesideTheirLog)
 {
     scratch_dir dir;
     const std::string absent = dir.file("absent.bix");
-    CaptureStderr();
     testing::internal::CaptureStdout();
-    EXPECT_EQ(parse(absent), nullptr);
+    EXPECT_EQ(stderr_of([&] { EXPECT_EQ(parse(absent), nullptr); }), "FILE NOT FOUND !\n");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "reading " + absent + "\n");
-    EXPECT_EQ(GetCapturedStderr(), "FILE NOT FOUND !\n");
     EXPECT_TRUE(quilp_test::file_exists(absent + ".log"));
 
     const std::string bad = dir.file("bad.bix");
     write_file(bad, "Name: a;\nType: ;\n");
-    CaptureStderr();
     testing::internal::CaptureStdout();
-    EXPECT_EQ(parse(bad), nullptr);
+    EXPECT_EQ(stderr_of([&] { EXPECT_EQ(parse(bad), nullptr); }),
+              "syntax error, unexpected $end, expecting INPUT\nERROR about loading file : " + bad + "\n");
     testing::internal::GetCapturedStdout();
-    EXPECT_EQ(GetCapturedStderr(), "syntax error, unexpected $end, expecting INPUT\nERROR about loading file : " + bad + "\n");
     EXPECT_EQ(read_file(bad + ".log"), "7 --> a\n5 --> liste types vide\n4 --> definition de la liste des types\n");
 }
 

@@ -14,8 +14,6 @@
 #include <sstream>
 
 using namespace quilp_test;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
 
 namespace {
 
@@ -25,9 +23,8 @@ std::unique_ptr<bix_tpen_fichier> read_text(const std::string& text)
 {
     std::istringstream in(text);
     std::ostringstream log;
-    CaptureStderr();
-    std::unique_ptr<bix_tpen_fichier> p(parse_bix_stream(in, log, 0));
-    GetCapturedStderr();
+    std::unique_ptr<bix_tpen_fichier> p;
+    stderr_of([&] { p.reset(parse_bix_stream(in, log, 0)); });
     return p;
 }
 
@@ -314,20 +311,19 @@ TEST(BadIndexes, WritersAndRoutingNeverReadOutsideATable)
     const std::string data = std::string(QUILP_TEST_DATA) + "/bix/bad_indices.";
     std::unique_ptr<bix_tpen_fichier> p = read_text(read_file(data + "bix"));
     ASSERT_NE(p, nullptr);
-    CaptureStderr();
+    testing::internal::CaptureStderr();
     const std::string ix = ix_of(*p, "bad");
     const std::string fig = fig_of(*p);
     const std::string bix = bix_of(*p, "bad");
     for (bix_tpen_lien l : p->ma_table_liens())
         l.aligne_points(p.get());
+    std::string message;
     for (int i = -1; i <= p->nbr_black_box(); ++i) {
         p->bbox_largeur(i);
         p->bbox_hauteur(i);
-    }
-    std::string message;
-    for (int i = -1; i <= p->nbr_black_box(); ++i)
         p->correct_type_interconnection(i, 5, i + 1, -3, message);
-    GetCapturedStderr();
+    }
+    testing::internal::GetCapturedStderr();
     EXPECT_EQ(ix, read_file(data + "ix"));
     EXPECT_EQ(fig, read_file(data + "fig"));
     std::unique_ptr<bix_tpen_fichier> again = read_text(bix);
