@@ -23,12 +23,10 @@ TEST_F(DataTables, TablesAreMadeOnFirstUseAndTypesKeepTheirFirstId)
     types->addType("float");
     types->addType("int");
     EXPECT_EQ(types->getTypeTable().size(), 2u);
-    EXPECT_EQ(types->getIndex("int"), 0);
-    EXPECT_EQ(types->getIndex("float"), 1);
-    EXPECT_EQ(types->getIndex("bool"), -1);
-    EXPECT_EQ(types->getTypeById(1), "float");
-    EXPECT_EQ(types->getTypeById(2), "undefined");
-    EXPECT_EQ(types->getTypeById(-1), "undefined");
+    EXPECT_EQ((std::vector<int>{types->getIndex("int"), types->getIndex("float"), types->getIndex("bool")}),
+              (std::vector<int>{0, 1, -1}));
+    EXPECT_EQ((std::vector<std::string>{types->getTypeById(1), types->getTypeById(2), types->getTypeById(-1)}),
+              (std::vector<std::string>{"float", "undefined", "undefined"}));
     EXPECT_EQ(text_of([&](std::ostream& os) { types->print(os, true); }),
               "type:\n   0: int;\n   1: float;\n\n");
     EXPECT_EQ(text_of([&](std::ostream& os) { types->print(os, false); }), "type:\nint;\nfloat;\n\n");
@@ -84,10 +82,9 @@ TEST_F(DataTables, ConstantIndicesFollowTheLargestSoFarUnlessTheValueIsComputed)
     constants->addConstant(literal);
     constants->addConstant(computed);
     constants->addConstant(after);
-    EXPECT_EQ(bare->getConstantIndex(), 0);
-    EXPECT_EQ(literal->getConstantIndex(), 1);
-    EXPECT_EQ(computed->getConstantIndex(), 9);
-    EXPECT_EQ(after->getConstantIndex(), 10);
+    EXPECT_EQ((std::vector<int>{bare->getConstantIndex(), literal->getConstantIndex(), computed->getConstantIndex(),
+                                after->getConstantIndex()}),
+              (std::vector<int>{0, 1, 9, 10}));
     EXPECT_EQ(constants->getConstantIndex("lit"), 1);
     EXPECT_EQ(constants->getConstant("none"), nullptr);
     EXPECT_EQ(constants->getConstantById(10), after);

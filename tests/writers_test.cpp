@@ -12,6 +12,7 @@
 #include <memory>
 #include <random>
 #include <sstream>
+#include <tuple>
 
 using namespace quilp_test;
 
@@ -175,13 +176,11 @@ void expect_same_tables(const bix_tpen_fichier& a, const bix_tpen_fichier& b)
     }
     ASSERT_EQ(a.nbr_transitions(), b.nbr_transitions());
     for (int i = 0; i < a.nbr_transitions(); ++i) {
-        const bix_tpen_lien& la = a.ma_table_liens()[i];
-        const bix_tpen_lien& lb = b.ma_table_liens()[i];
-        EXPECT_EQ(la.mon_ident_ixcmodule_amont(), lb.mon_ident_ixcmodule_amont());
-        EXPECT_EQ(la.mon_ident_ixcmodule_amont_output(), lb.mon_ident_ixcmodule_amont_output());
-        EXPECT_EQ(la.mon_ident_ixcmodule_aval(), lb.mon_ident_ixcmodule_aval());
-        EXPECT_EQ(la.mon_ident_ixcmodule_aval_input(), lb.mon_ident_ixcmodule_aval_input());
-        EXPECT_EQ(la.liste_positions(), lb.liste_positions());
+        auto fields = [](const bix_tpen_lien& l) {
+            return std::make_tuple(l.mon_ident_ixcmodule_amont(), l.mon_ident_ixcmodule_amont_output(),
+                                   l.mon_ident_ixcmodule_aval(), l.mon_ident_ixcmodule_aval_input(), l.liste_positions());
+        };
+        EXPECT_EQ(fields(a.ma_table_liens()[i]), fields(b.ma_table_liens()[i])) << "link " << i;
     }
 }
 
