@@ -564,7 +564,7 @@ TEST(IxcParser, TheActiveParserIsAlwaysALiveOne)
     EXPECT_EQ(plixc_parser, nullptr);
 }
 
-// Every shipped example loads without a message: see the inspector's JSON
+// Every shipped example loads without a message: see quilp-ixc's JSON
 // of them all (tests/data/ixc_listing/examples.json).
 TEST_F(ReaderTest, CounterExampleComputesTheCounterLogic)
 {
