@@ -1,5 +1,6 @@
 #include "bdd_invariants.h"
 #include "bddpp.h"
+#include "test_support.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <sstream>
 
 using ::testing::HasSubstr;
+using quilp_test::stderr_of;
 
 namespace {
 
@@ -18,22 +20,12 @@ std::string sop(const bddpp_manager& m, const bdd& f, const std::string& sep = "
     return os.str();
 }
 
-template <class F>
-std::string stderr_of(F&& action)
-{
-    testing::internal::CaptureStderr();
-    action();
-    return testing::internal::GetCapturedStderr();
-}
-
 struct abc : ::testing::Test {
     bddpp_manager m;
     bdd a = m.New_var_last("a");
     bdd b = m.New_var_last("b");
     bdd c = m.New_var_last("c");
 };
-
-// ---------------------------------------------------------------- variables
 
 TEST(BddVariables, IdsIndicesNamesAndCapacityDoubling)
 {
@@ -84,18 +76,15 @@ TEST(BddVariables, BadPlacesAndIdsWriteTheirMessages)
     bddpp_manager m;
     m.New_var_last("a");
     m.New_var_last("b");
+    const std::string bad_index = "Error in new_node_var_before(): abnormal index ...\n";
     bdd_node* n = nullptr;
-    EXPECT_EQ(stderr_of([&] { n = m.New_node_var_before(-1, "x"); }),
-              "Error in new_node_var_before(): abnormal index ...\n");
+    EXPECT_EQ(stderr_of([&] { n = m.New_node_var_before(-1, "x"); }), bad_index);
     EXPECT_EQ(n, nullptr);
-    EXPECT_EQ(stderr_of([&] { n = m.New_node_var_before(2, "x"); }),
-              "Error in new_node_var_before(): abnormal index ...\n");
-    EXPECT_EQ(stderr_of([&] { n = m.New_node_var_after(2, "x"); }),
-              "Error in new_node_var_after(): abnormal id ...\n");
+    EXPECT_EQ(stderr_of([&] { n = m.New_node_var_before(2, "x"); }), bad_index);
+    EXPECT_EQ(stderr_of([&] { n = m.New_node_var_after(2, "x"); }), "Error in new_node_var_after(): abnormal id ...\n");
     EXPECT_EQ(n, nullptr);
     EXPECT_EQ(stderr_of([&] { EXPECT_NE(m.New_node_var_before(9, "a"), nullptr); }), "");
-    EXPECT_EQ(stderr_of([&] { EXPECT_EQ(m.New_var_before(m.Bdd_one(), "x"), bdd()); }),
-              "Error in new_node_var_before(): abnormal index ...\n");
+    EXPECT_EQ(stderr_of([&] { EXPECT_EQ(m.New_var_before(m.Bdd_one(), "x"), bdd()); }), bad_index);
     bdd z;
     EXPECT_EQ(stderr_of([&] { z = m.Bdd_var_by_id(-4); }), "calling bddpp_manager::Bdd_var_by_id() with id= -4 :out of range!\n");
     EXPECT_EQ(z, m.Bdd_zero());
@@ -106,7 +95,8 @@ TEST(BddVariables, BadPlacesAndIdsWriteTheirMessages)
     EXPECT_EQ(m.Nb_bdd_vars(), 2);
 }
 
-TEST(BddVariables, InsertionsInTheMiddleKeepTheOrderAPermutation)
+// A copy of the manager keeps names and order, not the nodes.
+TEST(BddVariables, InsertionsInTheMiddleKeepTheOrderAPermutationAndCopiesKeepTheOrder)
 {
     bddpp_manager m;
     for (const char* n : {"a", "b", "c", "d"})
@@ -114,27 +104,18 @@ TEST(BddVariables, InsertionsInTheMiddleKeepTheOrderAPermutation)
     m.New_var_before(2, "x");  // a b x c d
     m.New_var_before(1, "y");  // a y b x c d
     m.New_var_after(4, "z");   // a y b x c z d
+    bdd f = m.Bdd_and(m.Bdd_var_by_name("a"), m.Bdd_var_by_name("b"));
+    bddpp_manager copy(&m);
+    EXPECT_EQ(copy.Nb_bdd_vars(), 7);
     const char* order[] = {"a", "y", "b", "x", "c", "z", "d"};
     for (int i = 0; i < 7; ++i) {
         EXPECT_EQ(m.Name_var_by_index(i), order[i]);
         EXPECT_EQ(m.Index_var_by_id(m.Id_var_by_index(i)), i);
-    }
-}
-
-TEST(BddVariables, CopyConstructionKeepsNamesAndOrderOnly)
-{
-    bddpp_manager m;
-    bdd a = m.New_var_last("a"), b = m.New_var_last("b");
-    m.New_var_before(1, "m");
-    bdd f = m.Bdd_and(a, b);
-    bddpp_manager copy(&m);
-    EXPECT_EQ(copy.Nb_bdd_vars(), 3);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(copy.Name_var_by_index(i), m.Name_var_by_index(i));
+        EXPECT_EQ(copy.Name_var_by_index(i), order[i]);
         EXPECT_EQ(copy.Id_var_by_index(i), m.Id_var_by_index(i));
     }
     EXPECT_EQ(copy.Index_var_by_name("b"), 2);
-    EXPECT_EQ(copy.Bdd_total_size(), 3);
+    EXPECT_EQ(copy.Bdd_total_size(), 7);
 }
 
 TEST(BddVariables, LeadingUnderscoreDroppedOnceAndNamesMapFollows)
@@ -154,8 +135,6 @@ TEST(BddVariables, LeadingUnderscoreDroppedOnceAndNamesMapFollows)
     EXPECT_EQ(m.Index_var_by_name("a"), 2); // a shared name stays with the lower id
     EXPECT_EQ(m.New_var_last("s_x"), m.Bdd_var_by_id(0));
 }
-
-// ---------------------------------------------------------------- unique table
 
 TEST_F(abc, FindOrCreateShortcutsAndCounts)
 {
@@ -234,8 +213,6 @@ TEST(BddUniqueTable, CanonicalUntilAVariableIsPutBefore)
     EXPECT_EQ(sop(m, f2), "b*c");
 }
 
-// ---------------------------------------------------------------- operations
-
 TEST_F(abc, ConjunctionAndDisjunctionEdgeCases)
 {
     bdd one = m.Bdd_one(), zero = m.Bdd_zero();
@@ -267,7 +244,7 @@ TEST_F(abc, ConjunctionAndDisjunctionEdgeCases)
     EXPECT_FALSE(m.Bdds_excl(a, b));
 }
 
-TEST_F(abc, ReferenceCountsFollowHandlesAndExits)
+TEST_F(abc, ReferenceCountsFollowHandlesAndExitsFreeAndDupOnlyReport)
 {
     bdd_node* bn = b.node();
     std::int32_t base = bn->nb_refs();
@@ -293,10 +270,7 @@ TEST_F(abc, ReferenceCountsFollowHandlesAndExits)
     EXPECT_EQ(m.Bdd_gc(), 0);
     EXPECT_EQ(m.Bdd_and(a, b), f);
     EXPECT_EQ(check_invariants(m), "");
-}
-
-TEST_F(abc, FreeAndDupOnlyReport)
-{
+    // Freeing and duplicating only report.
     EXPECT_EQ(stderr_of([&] { m.Bdd_free(a); }), "bddpp_manager::Bdd_free() is now became useless\n");
     bdd d;
     EXPECT_EQ(stderr_of([&] { d = m.Bdd_dup(b); }), "Warning: bddpp_manager::Bdd_dup() is became useless ...\n");
@@ -363,8 +337,6 @@ TEST_F(abc, SumOfProductsAndOnePaths)
     EXPECT_TRUE(paths.empty());
 }
 
-// ---------------------------------------------------------------- deep orders
-
 // The file format allows 32767 nodes: a chain over as many variables, built
 // bottom-up as the module reader does, must go through every walk and
 // operation without exhausting the stack (also under ASan).
@@ -399,8 +371,6 @@ TEST(BddDeep, ChainOf32767NodesGoesThroughEveryWalk)
     EXPECT_EQ(m.Bdd_keep_first_variables(all, n - 1), m.Bdd_exist(all, std::vector<std::int64_t>{n - 1}));
     EXPECT_EQ(check_invariants(m), "");
 }
-
-// ---------------------------------------------------------------- fatal dumps
 
 TEST(BddDeathTest, NullOperandEndsTheProcess)
 {

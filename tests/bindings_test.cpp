@@ -13,7 +13,6 @@
 
 using namespace ixc_test;
 using dravik_test::debug_text;
-using quilp_test::read_file;
 using testing::ExitedWithCode;
 using testing::HasSubstr;
 
@@ -44,8 +43,6 @@ Bddexpression* equation(Module& m, std::size_t var)
     return m.getBddWood()->Exp_table().at(var);
 }
 
-// ---------------------------------------------------------------- records
-
 TEST(BindingRecords, EvaluationNodesCopyTheirArgumentsAndPrintThem)
 {
     const std::list<long> args{1, 2};
@@ -74,30 +71,24 @@ TEST(BindingRecords, NodeLinesPrintTheirBuiltNode)
     parsed_nodes_class::table nodes;
     nodes.push_back(std::make_unique<parsed_nodes_class>(-1, 0, 0, 1));
     nodes.push_back(std::make_unique<parsed_nodes_class>(0, 0, 0, -1));
-    std::ostringstream before;
-    before << *nodes[1];
-    EXPECT_EQ(before.str(), "0 0 -1 0 <not connected>");
+    EXPECT_EQ(text_of([&](std::ostream& os) { os << *nodes[1]; }), "0 0 -1 0 <not connected>");
     parsed_nodes_fault fault;
     bdd_node* built = parsed_nodes_class::build(1, &manager, nodes, fault);
     ASSERT_NE(built, nullptr) << fault.text;
     EXPECT_EQ(built, manager.Bdd_var_by_index(0).node());
-    std::ostringstream after;
-    after << *nodes[1];
-    EXPECT_EQ(after.str(), "0 0 -1 0 #" + std::to_string(built->global_id()));
+    EXPECT_EQ(text_of([&](std::ostream& os) { os << *nodes[1]; }), "0 0 -1 0 #" + std::to_string(built->global_id()));
 }
 
-TEST(BindingRecords, OnlyTheUnclockedFormAddsTheFirstIdOffsetToTheValueId)
+// Only the unclocked form adds the first id offset to the value id; a
+// signal value keeps its first two arguments only.
+TEST(BindingRecords, ParserHelpersOffsetUnclockedValueIdsAndTrimSignalValues)
 {
     class_ixc_parser parser;
     parser.premier_bdd_id = 10;
     const couplelong signal(1, 2), clock(3, 4);
     EXPECT_EQ(parser.new_binding(signal, 7, nullptr), bindingparse(1, 12, 7, -1, -1));
     EXPECT_EQ(parser.new_binding(signal, 7, &clock), bindingparse(1, 2, 7, 3, 4));
-}
 
-TEST(BindingRecords, ASignalValueKeepsItsFirstTwoArgumentsOnly)
-{
-    class_ixc_parser parser;
     const std::list<long> three{0, 1, 999};
     for (long code : {14L, 29L}) {
         std::unique_ptr<evalnodeparse> n(parser.new_evaluation(evalnodeparse::METHODE_PREDEFINIE, code, &three));
@@ -108,8 +99,6 @@ TEST(BindingRecords, ASignalValueKeepsItsFirstTwoArgumentsOnly)
     std::unique_ptr<evalnodeparse> call(parser.new_evaluation(evalnodeparse::METHODE_EXTERNE, 14, &three));
     EXPECT_EQ(*call->arguments(), three);
 }
-
-// ---------------------------------------------------------------- expressions
 
 TEST_F(ReaderTest, LinksLeadToConstantsByTheirGlobalIndex)
 {
@@ -209,6 +198,7 @@ TEST_F(ReaderTest, ThermostatExampleBindsWithAndWithoutClock)
 {
     load_result r = load_text(read_file(example_path("thermostat.ixc")));
     ASSERT_NE(r.module, nullptr) << r.err;
+    EXPECT_EQ(r.err, "");
     Module& m = *r.module;
     EXPECT_EQ(bound_value(m, "error"), " 1(temp, setpoint)");
     EXPECT_EQ(bound_value(m, "command"), "0( 2(error, gain), C: 0, C: 1)");
@@ -238,8 +228,6 @@ TEST_F(ReaderTest, LongChainsOfLinksAndOperationsBuildWithoutRecursion)
         ++depth;
     EXPECT_EQ(depth, 100000);
 }
-
-// ---------------------------------------------------------------- refusals
 
 TEST_F(ReaderTest, EvaluationTablesThatCannotBeBuiltAreRefusedWithOneLine)
 {
@@ -274,9 +262,7 @@ TEST_F(ReaderTest, EvaluationTablesThatCannotBeBuiltAreRefusedWithOneLine)
     }
 }
 
-// ---------------------------------------------------------------- fatal exits
-
-TEST(BindingsDeathTest, MissingNodesAndBadOperatorsEndTheProcess)
+TEST(BindingsDeathTest, MissingNodesBadOperatorsAndUnknownNodeKindsEndTheProcess)
 {
     const std::string missing = "Error: Illegal operation!\nbinding_declaration_parse::get_evalnode: node_not_found\n";
     EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 5 ;\n", "0 : $ 0 ;\n")), ExitedWithCode(1),
@@ -288,6 +274,10 @@ TEST(BindingsDeathTest, MissingNodesAndBadOperatorsEndTheProcess)
         EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", std::string("0 : %% 0 ") + args + " ;\n1 : $ 0 ;\n")),
                     ExitedWithCode(1),
                     HasSubstr("Error: Illegal operation!\nbinding_declaration_parse::dataexpr: invalid_operator\n"));
+    binding_declaration_parse section(nullptr, new std::list<evalnodeparse>{evalnodeparse(7, 0)}, nullptr, nullptr,
+                                      nullptr);
+    EXPECT_EXIT(section.dataexpr(0, nullptr), ExitedWithCode(1),
+                HasSubstr("Error: Illegal operation!\nbinding_declaration_parse::dataexpr: unknown_eval_type\n"));
 }
 
 TEST(BindingsDeathTest, UnknownSignalsEndTheProcess)
@@ -301,14 +291,6 @@ TEST(BindingsDeathTest, UnknownSignalsEndTheProcess)
                 HasSubstr("unknown data signal:l\n"));
     EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", "0 : %% 14 ( 9 ) ;\n"), "_i"), ExitedWithCode(1),
                 HasSubstr("binding_declaration_parse::dataexpr2: signal not found: l\n"));
-}
-
-TEST(BindingsDeathTest, AnEvaluationNodeOfUnknownKindEndsTheProcess)
-{
-    binding_declaration_parse section(nullptr, new std::list<evalnodeparse>{evalnodeparse(7, 0)}, nullptr, nullptr,
-                                      nullptr);
-    EXPECT_EXIT(section.dataexpr(0, nullptr), ExitedWithCode(1),
-                HasSubstr("Error: Illegal operation!\nbinding_declaration_parse::dataexpr: unknown_eval_type\n"));
 }
 
 } // namespace

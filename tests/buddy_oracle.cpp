@@ -21,14 +21,6 @@ BDD kept(BDD r)
     return bdd_addref(r);
 }
 
-struct kept_bdd {
-    BDD r;
-    explicit kept_bdd(BDD x) : r(bdd_addref(x)) {}
-    ~kept_bdd() { bdd_delref(r); }
-    kept_bdd(const kept_bdd&) = delete;
-    kept_bdd& operator=(const kept_bdd&) = delete;
-};
-
 BDD varset(const std::vector<int>& vars)
 {
     BDD set = bdd_addref(buddy_true);
@@ -92,9 +84,9 @@ void session::run(const std::vector<step>& program)
         }
         case op::exist:
         case op::forall: {
-            kept_bdd set(varset(st.vars));
-            bdd_delref(set.r); // varset() returned it referenced once already
-            s.push_back(kept(st.kind == op::exist ? bdd_exist(s[st.a], set.r) : bdd_forall(s[st.a], set.r)));
+            BDD set = varset(st.vars);
+            s.push_back(kept(st.kind == op::exist ? bdd_exist(s[st.a], set) : bdd_forall(s[st.a], set)));
+            bdd_delref(set);
             break;
         }
         case op::compose: s.push_back(kept(bdd_compose(s[st.a], s[st.c], st.b))); break;
@@ -110,9 +102,9 @@ void session::run(const std::vector<step>& program)
             std::vector<int> below;
             for (int v = std::max(st.b, 0); v < p->nvars; ++v)
                 below.push_back(v);
-            kept_bdd set(varset(below));
-            bdd_delref(set.r);
-            s.push_back(kept(bdd_exist(s[st.a], set.r)));
+            BDD set = varset(below);
+            s.push_back(kept(bdd_exist(s[st.a], set)));
+            bdd_delref(set);
             break;
         }
         }

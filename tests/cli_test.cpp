@@ -9,12 +9,7 @@
 
 #include <filesystem>
 
-using quilp_test::file_exists;
-using quilp_test::process_result;
-using quilp_test::read_file;
-using quilp_test::run_process;
-using quilp_test::scratch_dir;
-using quilp_test::write_file;
+using namespace quilp_test;
 
 namespace {
 
@@ -40,47 +35,37 @@ std::vector<std::string> files_in(const scratch_dir& dir)
     return names;
 }
 
-TEST(CommandLine, HelpAndVersion)
+TEST(CommandLine, HelpVersionAndNoArgument)
 {
     scratch_dir dir;
     process_result r = quilp({"-h"}, dir);
     EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, "\n"
-                     "        QUILP: Linker Of Object Module\n"
-                     "        author the quilp developers, version " + version + "\n"
-                     "\n   syntax:\n\n"
-                     "         quilp <filename> [-xfig] [-ix] [-esterel]\n\n"
-                     "         or quilp -v\n\n"
-                     "         or quilp -h\n\n"
-                     "   options:\n\n"
-                     "      -h : this help\n\n"
-                     "      -v : version of the graphical linker\n\n"
-                     "      -xfig : generate a xfig file\n"
-                     "      -ix : generate a main ix module\n\n");
+    EXPECT_EQ(r.out, read_file(std::string(QUILP_TEST_DATA) + "/cli/help.txt"));
     EXPECT_EQ(r.err, "");
 
     r = quilp({"-v"}, dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "  QUILP: Linker Of Object Module version " + version + "\n\n");
     EXPECT_TRUE(files_in(dir).empty());
+
+    // The editor, which must not wait for a display it cannot open.
+    r = run_process(QUILP_BIN, {}, dir.path(), {"DISPLAY="});
+    EXPECT_EQ(r.status, 0);
 }
 
-TEST(CommandLine, ALoneFileNameGeneratesNothingAndReadsNothing)
+// A lone file name generates nothing and reads nothing; an unknown option
+// ends the run before any file is read.
+TEST(CommandLine, NoOptionOrAnUnknownOneReadsNothing)
 {
     scratch_dir dir;
     write_file(dir.file("a.bix"), example("top/top.bix"));
-    const process_result r = quilp({"a.bix"}, dir);
+    process_result r = quilp({"a.bix"}, dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "  No generation because no option ...\n\n");
     EXPECT_EQ(files_in(dir), std::vector<std::string>{"a.bix"});
-}
 
-TEST(CommandLine, UnknownOptionEndsBeforeAnyFileIsRead)
-{
-    scratch_dir dir;
-    write_file(dir.file("a.bix"), example("top/top.bix"));
     for (const char* option : {"-esterel", "-XFIG", "ix"}) {
-        const process_result r = quilp({"a.bix", "-xfig", option, "-ix"}, dir);
+        r = quilp({"a.bix", "-xfig", option, "-ix"}, dir);
         EXPECT_EQ(r.status, 1);
         EXPECT_EQ(r.out, "");
         EXPECT_EQ(r.err, std::string("`") + option +
@@ -89,27 +74,25 @@ TEST(CommandLine, UnknownOptionEndsBeforeAnyFileIsRead)
     EXPECT_EQ(files_in(dir), std::vector<std::string>{"a.bix"});
 }
 
-TEST(CommandLine, DrawingOnly)
+// The drawing alone, then both: the drawing comes first whatever the option
+// order, and the trace of a project read is always written beside it.
+TEST(CommandLine, GeneratedFilesAndTheirOrder)
 {
     scratch_dir dir;
     write_file(dir.file("a.bix"), example("alarm/alarm.bix"));
-    const process_result r = quilp({"a.bix", "-xfig", "-xfig"}, dir);
+    process_result r = quilp({"a.bix", "-xfig", "-xfig"}, dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "reading a.bix\ngeneration of a.fig\n");
     EXPECT_EQ(files_in(dir), (std::vector<std::string>{"a.bix", "a.bix.log", "a.fig"}));
-}
 
-TEST(CommandLine, DrawingComesFirstWhateverTheOptionOrder)
-{
-    scratch_dir dir;
     write_file(dir.file("a.bix"), example("cruise/cruise.bix"));
-    const process_result r = quilp({"a.bix", "-ix", "-xfig"}, dir);
+    r = quilp({"a.bix", "-ix", "-xfig"}, dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "reading a.bix\ngeneration of a.fig\ngeneration of a.ix\n");
-    EXPECT_EQ(read_file(dir.file("a.ix")), read_file(std::string(QUILP_TEST_DATA) + "/bix/cruise.ix"));
-    EXPECT_EQ(read_file(dir.file("a.fig")), read_file(std::string(QUILP_TEST_DATA) + "/bix/cruise.fig"));
-    // the trace of a project read is always written beside it
-    EXPECT_EQ(read_file(dir.file("a.bix.log")), read_file(std::string(QUILP_TEST_DATA) + "/bix/cruise.bix.log"));
+    const std::string cruise = std::string(QUILP_TEST_DATA) + "/bix/cruise.";
+    EXPECT_EQ(read_file(dir.file("a.ix")), read_file(cruise + "ix"));
+    EXPECT_EQ(read_file(dir.file("a.fig")), read_file(cruise + "fig"));
+    EXPECT_EQ(read_file(dir.file("a.bix.log")), read_file(cruise + "bix.log"));
 }
 
 TEST(CommandLine, TheProjectIsAlwaysReadFromTheBaseNameDotBix)
@@ -147,13 +130,6 @@ TEST(CommandLine, UnreadableProjectsGenerateNothingAndExitWithZero)
                      "ERROR about loading file : bad.bix\n");
     EXPECT_FALSE(file_exists(dir.file("bad.ix")));
     EXPECT_FALSE(file_exists(dir.file("bad.fig")));
-}
-
-TEST(CommandLine, NoArgumentNeverBlocks)
-{
-    scratch_dir dir;
-    const process_result r = run_process(QUILP_BIN, {}, dir.path(), {"DISPLAY="});
-    EXPECT_EQ(r.status, 0);
 }
 
 TEST(FileNames, ExtensionOfTheLastComponentOnly)

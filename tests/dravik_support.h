@@ -8,6 +8,7 @@
 #include "expression.h"
 #include "module.h"
 #include "signal_manager.h"
+#include "test_support.h"
 
 #include <gtest/gtest.h>
 
@@ -22,13 +23,7 @@ inline Signal* signal_of(Module& m, const std::string& name)
     return new Signal(name, &m, m.getBddWood());
 }
 
-template <class F>
-std::string stderr_of(F&& action)
-{
-    testing::internal::CaptureStderr();
-    action();
-    return testing::internal::GetCapturedStderr();
-}
+using namespace quilp_test;
 
 inline std::string printed(Expression* e)
 {

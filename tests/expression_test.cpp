@@ -20,9 +20,7 @@ bool value_of(four x) { return x == four::F || x == four::E; }
 
 four from_rails(bool s, bool v)
 {
-    if (s)
-        return v ? four::E : four::T;
-    return v ? four::F : four::B;
+    return s ? (v ? four::E : four::T) : (v ? four::F : four::B);
 }
 
 // Two signals a and b of a module: their four variables are the whole
@@ -80,20 +78,12 @@ four belnap_and(four x, four y)
 
 four negation(four x)
 {
-    switch (x) {
-    case four::T: return four::F;
-    case four::F: return four::T;
-    default: return x;
-    }
+    return x == four::T ? four::F : x == four::F ? four::T : x;
 }
 
 four np(four x)
 {
-    switch (x) {
-    case four::T: return four::F;
-    case four::E: return four::E;
-    default: return four::T;
-    }
+    return x == four::T ? four::F : x == four::E ? four::E : four::T;
 }
 
 void check_table(const char* what, const std::function<Expression*(two_signals&)>& make,
@@ -197,8 +187,6 @@ TEST(ExpressionRails, InitialVersionsReadInitialVariablesExceptWhereCondMixesThe
     EXPECT_EQ(not_x.getInitialBddStatus(&t.m, t.w), t.vi(t.x));
 }
 
-// ---------------------------------------------------------------- plus, mult
-
 enum class kind { t, f, b, e, other };
 
 Expression* make(kind k, Signal* other)
@@ -235,18 +223,10 @@ void check_cell(const cell& c, bool is_plus)
     std::string where = std::string(is_plus ? "plus" : "mult") + " receiver " + std::to_string(int(c.receiver))
         + " operand " + std::to_string(int(c.operand));
     switch (expected) {
-    case yields::receiver:
-        EXPECT_EQ(r, x) << where;
-        break;
-    case yields::operand:
-        EXPECT_EQ(r, e) << where;
-        break;
-    case yields::new_error:
-        EXPECT_TRUE(r != x && r != e && r->isErrorExpr()) << where;
-        break;
-    case yields::new_bottom:
-        EXPECT_TRUE(r != x && r != e && r->isBottomExpr()) << where;
-        break;
+    case yields::receiver: EXPECT_EQ(r, x) << where; break;
+    case yields::operand: EXPECT_EQ(r, e) << where; break;
+    case yields::new_error: EXPECT_TRUE(r != x && r != e && r->isErrorExpr()) << where; break;
+    case yields::new_bottom: EXPECT_TRUE(r != x && r != e && r->isBottomExpr()) << where; break;
     case yields::new_node: {
         auto* node = dynamic_cast<BinaryExpression*>(r);
         ASSERT_NE(node, nullptr) << where;
@@ -297,8 +277,6 @@ TEST(ExpressionCombination, PlusAndMultFollowTheirTablesInOrder)
         check_cell(c, false);
     }
 }
-
-// ---------------------------------------------------------------- copies, printing
 
 TEST(ExpressionCopies, DuplicateCopiesNodesAndSharesSignals)
 {
@@ -358,20 +336,14 @@ TEST(ExpressionPrinting, FormsOfEveryClassAndSumsOfProducts)
     delete tree;
 
     OrExpression either(t.a, t.b);
-    std::ostringstream status;
-    std::ostringstream expected;
-    either.printBddStatus(status, &t.m, t.w);
-    t.w->getManager()->Bdd_print_sop(expected, t.w->Bdd_or(t.w->Bdd_var_by_index(0), t.w->Bdd_var_by_index(2)));
-    EXPECT_EQ(status.str(), expected.str());
-    EXPECT_THAT(status.str(), HasSubstr("_s_a"));
-    std::ostringstream value;
+    const std::string status = text_of([&](std::ostream& os) { either.printBddStatus(os, &t.m, t.w); });
+    bdd a_or_b = t.w->Bdd_or(t.w->Bdd_var_by_index(0), t.w->Bdd_var_by_index(2));
+    EXPECT_EQ(status, text_of([&](std::ostream& os) { t.w->getManager()->Bdd_print_sop(os, a_or_b); }));
+    EXPECT_THAT(status, HasSubstr("_s_a"));
     NotExpression not_a(t.a);
-    not_a.printBddValue(value, &t.m, t.w);
-    EXPECT_EQ(value.str(), "_s_a");
-    std::ostringstream constant;
+    EXPECT_EQ(text_of([&](std::ostream& os) { not_a.printBddValue(os, &t.m, t.w); }), "_s_a");
     TrueExpression truth;
-    truth.printBddValue(constant, &t.m, t.w);
-    EXPECT_EQ(constant.str(), "0");
+    EXPECT_EQ(text_of([&](std::ostream& os) { truth.printBddValue(os, &t.m, t.w); }), "0");
 }
 
 TEST(ExpressionDeathTest, APlainExpressionHasNoRails)

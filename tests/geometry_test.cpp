@@ -2,20 +2,17 @@
 // extents and the clipping of link ends.
 
 #include "bix_norm.h"
+#include "test_support.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <cmath>
-
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
+using namespace quilp_test;
+using testing::DoubleEq;
+using testing::Pointwise;
 
 namespace {
 
-bix_declaration_variables var(const std::string& name, const std::string& type)
-{
-    return bix_declaration_variables(name, type);
-}
+using var = bix_declaration_variables;
 
 // Run "mod" has 3 inputs and 1 output; boxes: 0 instance at (10, 10),
 // 1 instance at (30, 12), 2 input terminal, 3 output terminal, 4 constant,
@@ -38,28 +35,22 @@ bix_tpen_fichier sheet()
 
 TEST(GeometryBoxes, WidthAndHeightByKind)
 {
-    const bix_tpen_fichier p = sheet();
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(0), 3 / 3.4 + 4.0);
-    EXPECT_DOUBLE_EQ(p.bbox_hauteur(0), 4.0);
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(2), 8 / 3.4 + 1.0);  // "speed" and "int"
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(3), 3 / 3.4 + 1.0);
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(4), 8 / 3.4 + 1.0);
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(5), 3 / 3.4 + 1.0);
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(6), 2.0);
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(99), 2.0);
-    for (int i = 2; i < 7; ++i)
-        EXPECT_DOUBLE_EQ(p.bbox_hauteur(i), 2.0);
-}
-
-TEST(GeometryBoxes, PureTypesAndCorruptIdentsOfInputTerminals)
-{
     bix_tpen_fichier p = sheet();
+    std::vector<double> widths, heights;
+    for (int i : {0, 2, 3, 4, 5, 6, 99})
+        widths.push_back(p.bbox_largeur(i));
+    for (int i : {0, 2, 3, 4, 5, 6})
+        heights.push_back(p.bbox_hauteur(i));
+    // the input terminal counts "speed" and "int"
+    EXPECT_THAT(widths, Pointwise(DoubleEq(), {3 / 3.4 + 4, 8 / 3.4 + 1, 3 / 3.4 + 1, 8 / 3.4 + 1, 3 / 3.4 + 1, 2., 2.}));
+    EXPECT_THAT(heights, Pointwise(DoubleEq(), {4., 2., 2., 2., 2., 2.}));
+
+    // "go": a pure type counts nothing; an ident past the inputs is reported
     p.add_fin_black_box(black_box("", 0, 0, BBOX_INPUT, 1));
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(7), 2 / 3.4 + 1.0);  // "go", a pure type counts nothing
+    EXPECT_DOUBLE_EQ(p.bbox_largeur(7), 2 / 3.4 + 1.0);
     p.add_fin_black_box(black_box("", 0, 0, BBOX_INPUT, 101));
-    CaptureStderr();
-    EXPECT_DOUBLE_EQ(p.bbox_largeur(8), 1.0);
-    EXPECT_EQ(GetCapturedStderr(), "ident_bb 8 table_bbox[ident_bb].mon_ident() 101\n");
+    EXPECT_EQ(stderr_of([&] { EXPECT_DOUBLE_EQ(p.bbox_largeur(8), 1.0); }),
+              "ident_bb 8 table_bbox[ident_bb].mon_ident() 101\n");
 }
 
 TEST(GeometryBoxes, PortsSitOutsideTheBoxOnHalfRows)
@@ -88,14 +79,31 @@ ports ends(const bix_tpen_fichier& p, const bix_tpen_lien& l)
     return e;
 }
 
-TEST(GeometryRouting, FreshLinkGoesThroughTheVerticalMidway)
+// A fresh link goes through the vertical midway; a two-point route keeps its
+// vertical within the ports; a loop on a box goes over its top.
+TEST(GeometryRouting, FreshTwoPointAndSelfLoopRoutes)
 {
     const bix_tpen_fichier p = sheet();
-    bix_tpen_lien l(0, 0, 1, 2);
-    l.aligne_points(&p);
-    const ports e = ends(p, l);
+    bix_tpen_lien fresh(0, 0, 1, 2);
+    fresh.aligne_points(&p);
+    ports e = ends(p, fresh);
     const double x = (e.xs + e.xe) / 2;
-    EXPECT_EQ(l.liste_positions(), (std::vector<double>{x, e.ys, x, e.ye}));
+    EXPECT_EQ(fresh.liste_positions(), (std::vector<double>{x, e.ys, x, e.ye}));
+
+    e = ends(p, bix_tpen_lien(0, 0, 1, 0));
+    bix_tpen_lien far(0, 0, 1, 0, {e.xe + 100, 0, 0, 0});
+    bix_tpen_lien within(0, 0, 1, 0, {20, 0, 0, 0});
+    far.aligne_points(&p);
+    within.aligne_points(&p);
+    EXPECT_EQ(far.liste_positions(), (std::vector<double>{e.xe, e.ys, e.xe, e.ye}));
+    EXPECT_EQ(within.liste_positions(), (std::vector<double>{20, e.ys, 20, e.ye}));
+
+    bix_tpen_lien loop(0, 0, 0, 1);
+    loop.aligne_points(&p);
+    e = ends(p, loop);
+    const double top = e.ys - p.bbox_hauteur(0) / 2;
+    EXPECT_EQ(loop.liste_positions(),
+              (std::vector<double>{e.xs + 0.5, e.ys, e.xs + 0.5, top, e.xe - 0.5, top, e.xe - 0.5, e.ye}));
 }
 
 TEST(GeometryRouting, BackwardRouteAndItsShapeWhenMovedAgain)
@@ -128,40 +136,13 @@ TEST(GeometryRouting, BackwardRouteAndItsShapeWhenMovedAgain)
     EXPECT_DOUBLE_EQ(l.liste_positions()[0], (e.xs + e.xe) / 2);
 }
 
-TEST(GeometryRouting, TwoPointRouteKeepsItsVerticalWithinThePorts)
-{
-    const bix_tpen_fichier p = sheet();
-    const ports e = ends(p, bix_tpen_lien(0, 0, 1, 0));
-    bix_tpen_lien l(0, 0, 1, 0, {e.xe + 100, 0, 0, 0});
-    l.aligne_points(&p);
-    EXPECT_EQ(l.liste_positions(), (std::vector<double>{e.xe, e.ys, e.xe, e.ye}));
-    bix_tpen_lien m(0, 0, 1, 0, {20, 0, 0, 0});
-    m.aligne_points(&p);
-    EXPECT_EQ(m.liste_positions(), (std::vector<double>{20, e.ys, 20, e.ye}));
-}
-
-TEST(GeometryRouting, SelfLoopGoesOverTheTopOfTheBox)
-{
-    const bix_tpen_fichier p = sheet();
-    bix_tpen_lien l(0, 0, 0, 1);
-    l.aligne_points(&p);
-    const ports e = ends(p, l);
-    const double top = e.ys - p.bbox_hauteur(0) / 2;
-    EXPECT_EQ(l.liste_positions(), (std::vector<double>{e.xs + 0.5, e.ys, e.xs + 0.5, top,
-                                                        e.xe - 0.5, top, e.xe - 0.5, e.ye}));
-}
-
 TEST(GeometryRouting, MalformedLinksAreReportedAndLeftAsTheyAre)
 {
     const bix_tpen_fichier p = sheet();
     bix_tpen_lien three(0, 0, 1, 0, {1, 1, 2, 2, 3, 3});
     bix_tpen_lien no_up(-1, 0, 1, 0);
     bix_tpen_lien no_down(0, 0, 57, 0, {1, 2});
-    CaptureStderr();
-    three.aligne_points(&p);
-    no_up.aligne_points(&p);
-    no_down.aligne_points(&p);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(stderr_of([&] { three.aligne_points(&p); no_up.aligne_points(&p); no_down.aligne_points(&p); }),
               "warning: incorrect line with 3 points detected ...\n"
               "internal error in  bix_tpen_lien:: aligne_points():downstream not defined !\n"
               "internal error in  bix_tpen_lien:: aligne_points():upstream not defined !\n");
@@ -169,9 +150,7 @@ TEST(GeometryRouting, MalformedLinksAreReportedAndLeftAsTheyAre)
     EXPECT_EQ(no_down.liste_positions(), (std::vector<double>{1, 2}));
 
     const bix_tpen_fichier empty;
-    CaptureStderr();
-    no_up.aligne_points(&empty);
-    EXPECT_EQ(GetCapturedStderr(), "");
+    EXPECT_EQ(stderr_of([&] { no_up.aligne_points(&empty); }), "");
 }
 
 TEST(GeometryPoints, EditsReportPointsThatDoNotExist)
@@ -188,10 +167,7 @@ TEST(GeometryPoints, EditsReportPointsThatDoNotExist)
     l.modif_ycoords_point(0, 12);
     EXPECT_EQ(l.liste_positions(), (std::vector<double>{7, 12, 11, 10}));
 
-    CaptureStderr();
-    l.modif_coords_point(2, 0, 0);
-    l.modif_ycoords_point(5, 0);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(stderr_of([&] { l.modif_coords_point(2, 0, 0); l.modif_ycoords_point(5, 0); }),
               "probleme dans bix_tpen_lien:: modif_coords_point();\npoint 2 non trouve ...\n"
               "probleme dans bix_tpen_lien:: modif_xcoords_point();\npoint 5 non trouve ...\n");
 
@@ -218,22 +194,21 @@ TEST(GeometryExtents, StartingValuesShowThroughEmptyAndNegativeLists)
 
 TEST(GeometryClipping, EndsMoveTowardsTheirNeighbour)
 {
-    double px = 10, py = 0;  // nearly vertical
-    frontieres_corrections(10.01, 5, 0.5, &px, &py);
-    EXPECT_EQ(px, 10.01);
-    EXPECT_EQ(py, 0.5);
-    px = 0, py = 3;  // horizontal, neighbour on the left
-    frontieres_corrections(-4, 3, 0.5, &px, &py);
-    EXPECT_EQ(px, -0.5);
-    EXPECT_EQ(py, 3);
-    px = 0, py = 0;  // diagonal
-    frontieres_corrections(3, 4, 0.5, &px, &py);
-    EXPECT_NEAR(px, 0.3, 1e-12);
-    EXPECT_NEAR(py, 0.4, 1e-12);
-    px = 3, py = 4;
-    frontieres_corrections(0, 0, 0.5, &px, &py);
-    EXPECT_NEAR(px, 2.7, 1e-12);
-    EXPECT_NEAR(py, 3.6, 1e-12);
+    struct clip {
+        double nx, ny, px, py, x, y, tolerance;
+    };
+    const clip cases[] = {
+        {10.01, 5, 10, 0, 10.01, 0.5, 0}, // nearly vertical
+        {-4, 3, 0, 3, -0.5, 3, 0},        // horizontal, neighbour on the left
+        {3, 4, 0, 0, 0.3, 0.4, 1e-12},    // diagonal
+        {0, 0, 3, 4, 2.7, 3.6, 1e-12},
+    };
+    for (const clip& c : cases) {
+        double px = c.px, py = c.py;
+        frontieres_corrections(c.nx, c.ny, 0.5, &px, &py);
+        EXPECT_NEAR(px, c.x, c.tolerance) << c.nx << ", " << c.ny;
+        EXPECT_NEAR(py, c.y, c.tolerance) << c.nx << ", " << c.ny;
+    }
 }
 
 }  // namespace

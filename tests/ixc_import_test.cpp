@@ -5,11 +5,7 @@
 
 #include <gtest/gtest.h>
 
-using quilp_test::read_file;
-using quilp_test::scratch_dir;
-using quilp_test::write_file;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
+using namespace quilp_test;
 
 namespace {
 
@@ -18,10 +14,8 @@ TEST(IxcImport, MemorizedCopiesAreLeftOutOfTheDeclarations)
     scratch_dir dir;
     write_file(dir.file("latch.ixc"), read_file(std::string(QUILP_TEST_DATA) + "/ixc_import/latch.ixc"));
     bix_declaration_ixcmodule run;
-    CaptureStderr();
-    ASSERT_TRUE(declare_run(dir.path() + "/", "latch", run));
-    EXPECT_EQ(GetCapturedStderr(), "integration d: int\nno integration d_pre: int\n"
-                                   "integration enable: pure\nintegration q: int\n");
+    EXPECT_EQ(stderr_of([&] { EXPECT_TRUE(declare_run(dir.path() + "/", "latch", run)); }),
+              "integration d: int\nno integration d_pre: int\nintegration enable: pure\nintegration q: int\n");
     EXPECT_EQ(run.chemin(), dir.path() + "/");
     EXPECT_EQ(run.nom_fichier(), "latch");
     EXPECT_EQ(run.nom_module(), "latch");
@@ -34,9 +28,7 @@ TEST(IxcImport, AModuleThatDoesNotLoadDeclaresNothing)
 {
     scratch_dir dir;
     bix_declaration_ixcmodule run("/keep/", "f", "m", {}, {});
-    CaptureStderr();
-    EXPECT_FALSE(declare_run(dir.path() + "/", "absent", run));
-    EXPECT_EQ(GetCapturedStderr(), "FILE NOT FOUND !\n");
+    EXPECT_EQ(stderr_of([&] { EXPECT_FALSE(declare_run(dir.path() + "/", "absent", run)); }), "FILE NOT FOUND !\n");
     EXPECT_EQ(run.chemin(), "/keep/");
 }
 

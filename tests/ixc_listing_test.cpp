@@ -10,12 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 
-using quilp_test::file_exists;
-using quilp_test::process_result;
-using quilp_test::read_file;
-using quilp_test::run_process;
-using quilp_test::scratch_dir;
-using quilp_test::write_file;
+using namespace quilp_test;
 using testing::HasSubstr;
 using testing::StartsWith;
 

@@ -16,6 +16,8 @@
 
 namespace ixc_test {
 
+using namespace quilp_test;
+
 struct load_result {
     std::unique_ptr<Module> module;
     std::string err;

@@ -72,8 +72,6 @@ TEST(ModuleLookups, FirstHitWinsAndListsAreNeverNull)
     EXPECT_EQ(m.getCompilation()->getModuleName(), "m");
 }
 
-// ---------------------------------------------------------------- bindings
-
 struct binding_fixture {
     Module m{"m"};
     Bddexpressionwood* w = m.getBddWood();
@@ -135,16 +133,12 @@ TEST(ModuleBindings, TheClockedFormMarksTheSignalsAndAddsNoEquation)
     ASSERT_EQ(t.m.getDataBindingByClock(t.clock).size(), 1u);
     EXPECT_EQ(t.m.getDataBindingByClock(t.clock).front(), t.m.getBinding("s"));
 
-    std::ostringstream os;
-    t.m.debugPrintBinding(os);
-    EXPECT_THAT(os.str(), HasSubstr("s = x clock: clk\n"));
+    EXPECT_THAT(text_of([&](std::ostream& os) { t.m.debugPrintBinding(os); }), HasSubstr("s = x clock: clk\n"));
     EXPECT_TRUE(t.m.removeBinding("s"));
     EXPECT_FALSE(t.m.removeBinding("s"));
     EXPECT_EQ(t.m.getBinding("s"), nullptr);
     EXPECT_TRUE(t.m.getSignalBindingByClock(t.clock).empty());
 }
-
-// ---------------------------------------------------------------- user types
 
 // Every variable of the wood defined with user type 0.
 void define_all(Module& m)
@@ -152,11 +146,6 @@ void define_all(Module& m)
     Bddexpressionwood* w = m.getBddWood();
     for (std::int64_t i = 0; i < w->Nb_bdd_vars(); ++i)
         new Bddexpression("e", w, w->Bdd_var_by_index(i), w->Bdd_one(), 0);
-}
-
-int user_type(Module& m, long index)
-{
-    return m.getBddWood()->exp_by_index(index)->getUserType();
 }
 
 TEST(ModuleUserTypes, EquationsAreMarkedByTheirSignalsRoles)
@@ -187,25 +176,12 @@ TEST(ModuleUserTypes, EquationsAreMarkedByTheirSignalsRoles)
     define_all(m);
     m.update_user_type();
 
-    const std::vector<int> expected{0,
-                                    0,
-                                    Compilation::SOUTPUT,
-                                    Compilation::VOUTPUT,
-                                    Compilation::SREG,
-                                    Compilation::VREG,
-                                    Compilation::SCLOCK,
-                                    Compilation::VCLOCK,
-                                    Compilation::SUSEDPRE,
-                                    Compilation::VUSEDPRE,
-                                    0,
-                                    0,
-                                    0,
-                                    0,
-                                    Compilation::SREG,
-                                    Compilation::VREG};
-    ASSERT_EQ(w->Nb_bdd_vars(), static_cast<std::int64_t>(expected.size()));
-    for (std::size_t i = 0; i < expected.size(); ++i)
-        EXPECT_EQ(user_type(m, static_cast<long>(i)), expected[i]) << "variable " << i;
+    std::vector<int> types;
+    for (std::int64_t i = 0; i < w->Nb_bdd_vars(); ++i)
+        types.push_back(w->exp_by_index(i)->getUserType());
+    using C = Compilation;
+    EXPECT_EQ(types, (std::vector<int>{0, 0, C::SOUTPUT, C::VOUTPUT, C::SREG, C::VREG, C::SCLOCK, C::VCLOCK,
+                                       C::SUSEDPRE, C::VUSEDPRE, 0, 0, 0, 0, C::SREG, C::VREG}));
 }
 
 TEST(ModuleUserTypes, MissingEquationsAreSkippedSilently)
@@ -225,8 +201,6 @@ TEST(ModuleVariables, LeadingUnderscoresCanBeDropped)
     EXPECT_EQ(m.getBddWood()->getManager()->Name_var_by_index(0), "s_a");
     EXPECT_EQ(m.getBddWood()->Index_var_by_name("v_a"), 1);
 }
-
-// ---------------------------------------------------------------- ownership
 
 // Meaningful under the sanitizer build: every record made for the module is
 // released with it, once.
@@ -252,8 +226,6 @@ TEST(ModuleOwnership, AModuleReleasesWhatWasMadeForIt)
     EXPECT_EQ(w->exp_number(), 4);
     delete m;
 }
-
-// ---------------------------------------------------------------- tables, interface
 
 TEST(ModuleTables, ModulesAreFoundByName)
 {
@@ -308,20 +280,14 @@ TEST(ModuleInterfaceDeathTest, DuplicatesAndMissingInterfaceSignalsAreFatal)
 TEST(ModuleSimulationDirDeathTest, ReadFromTheVariableNamedSlashTmp)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto show = [] {
+        std::cerr << "[" << Module::SimulationDir << "]";
+        std::exit(1);
+    };
     ASSERT_EQ(setenv("/tmp", "/somewhere/sim/", 1), 0);
-    EXPECT_EXIT(
-        {
-            std::cerr << "[" << Module::SimulationDir << "]";
-            std::exit(1);
-        },
-        ExitedWithCode(1), HasSubstr("[/somewhere/sim/]"));
+    EXPECT_EXIT(show(), ExitedWithCode(1), HasSubstr("[/somewhere/sim/]"));
     ASSERT_EQ(unsetenv("/tmp"), 0);
-    EXPECT_EXIT(
-        {
-            std::cerr << "[" << Module::SimulationDir << "]";
-            std::exit(1);
-        },
-        ExitedWithCode(1), HasSubstr("[./]"));
+    EXPECT_EXIT(show(), ExitedWithCode(1), HasSubstr("[./]"));
     GTEST_FLAG_SET(death_test_style, "fast");
 }
 

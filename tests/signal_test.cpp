@@ -8,6 +8,13 @@ using namespace dravik_test;
 
 namespace {
 
+// A module "m" and its wood.
+struct SignalTest : testing::Test {
+    Module m{"m"};
+    Bddexpressionwood* w = m.getBddWood();
+};
+using SignalDeathTest = SignalTest;
+
 std::vector<std::string> variable_names(Bddexpressionwood* w)
 {
     std::vector<std::string> names;
@@ -16,35 +23,29 @@ std::vector<std::string> variable_names(Bddexpressionwood* w)
     return names;
 }
 
-TEST(SignalVariables, SignalsMadeInOrderGetStatusThenValueVariables)
+TEST_F(SignalTest, SignalsMadeInOrderGetStatusThenValueVariables)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     Signal* a = signal_of(m, "A");
     Signal* b = new Signal("B", "B_i", &m, w);
     EXPECT_EQ(variable_names(w), (std::vector<std::string>{"_s_A", "_v_A", "_s_B_i", "_v_B_i"}));
-    EXPECT_EQ(a->getBddStatusId(&m, w), 0);
-    EXPECT_EQ(a->getBddValueId(&m, w), 1);
-    EXPECT_EQ(b->getBddStatusId(&m, w), 2);
-    EXPECT_EQ(b->getBddValueId(&m, w), 3);
+    EXPECT_EQ((std::vector<long>{a->getBddStatusId(&m, w), a->getBddValueId(&m, w), b->getBddStatusId(&m, w),
+                                 b->getBddValueId(&m, w)}),
+              (std::vector<long>{0, 1, 2, 3}));
     EXPECT_EQ(a->getBddValue(&m, w), w->Bdd_var_by_index(1));
 
     // Both ids of each reference lead back to it; anything else reads null.
     SignalManager* sm = m.getSignalManager();
     EXPECT_EQ(sm->getSignalRefById(1, w), sm->getSignalRefByName("A"));
     EXPECT_EQ(sm->getSignalRefById(2, w)->getOriginalName(), "B");
-    EXPECT_EQ(sm->getSignalRefById(4, w), nullptr);
-    EXPECT_EQ(sm->getSignalRefById(-1, w), nullptr);
-    EXPECT_EQ(sm->getSignalRefById(1L << 40, w), nullptr);
+    for (long id : {4L, -1L, 1L << 40})
+        EXPECT_EQ(sm->getSignalRefById(id, w), nullptr) << id;
     Bddexpressionwood other;
     EXPECT_EQ(sm->getSignalRefById(0, &other), nullptr);
     EXPECT_EQ(sm->getIdTable(w)->getSize(), 4);
 }
 
-TEST(SignalVariables, ExistingVariablesAreReused)
+TEST_F(SignalTest, ExistingVariablesAreReused)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     w->Index_new_var_last("_v_x");
     w->Index_new_var_last("other");
     Signal* x = signal_of(m, "x");
@@ -55,10 +56,8 @@ TEST(SignalVariables, ExistingVariablesAreReused)
     EXPECT_EQ(m.getSignalManager()->getSignalRefById(1, w), nullptr);
 }
 
-TEST(SignalVariables, TheTwoConstructorsTreatAnExistingNameDifferently)
+TEST_F(SignalTest, TheTwoConstructorsTreatAnExistingNameDifferently)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     Signal* first = signal_of(m, "x");
     Signal* shared = signal_of(m, "x");
     Signal* second = new Signal("x", "x", &m, w);
@@ -73,16 +72,13 @@ TEST(SignalVariables, TheTwoConstructorsTreatAnExistingNameDifferently)
     EXPECT_FALSE(second->findBddIds(&m, w, s, v));
     EXPECT_EQ(s, -7);
     EXPECT_TRUE(shared->findBddIds(&m, w, s, v));
-    EXPECT_EQ(s, 0);
-    EXPECT_EQ(v, 1);
+    EXPECT_EQ(std::make_pair(s, v), std::make_pair(0L, 1L));
     first->setValueType("int", &m);
     EXPECT_EQ(second->getValueType(&m), "int");
 }
 
-TEST(SignalDeathTest, ASecondDeclarationHasNoCurrentOccurrence)
+TEST_F(SignalDeathTest, ASecondDeclarationHasNoCurrentOccurrence)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     signal_of(m, "x");
     Signal* second = new Signal("x", "x", &m, w);
     EXPECT_EXIT(second->getCurrentOccurrence(w), ExitedWithCode(1),
@@ -92,16 +88,14 @@ TEST(SignalDeathTest, ASecondDeclarationHasNoCurrentOccurrence)
                 HasSubstr("Error: Illegal operation!\nSignal::getBddStatusId: no current occurrence for this woodx\n"));
 }
 
-TEST(SignalFlags, RolesSetTheirImpliedFlagsAndTheEquationTypes)
+TEST_F(SignalTest, RolesSetTheirImpliedFlagsAndTheEquationTypes)
 {
-    Module m("m");
     Signal* s = signal_of(m, "s");
     s->setInput();
     s->setOutput();
     EXPECT_EQ(s->computeStatusType(), Compilation::SOUTPUT);
     s->setLocal();
-    EXPECT_FALSE(s->isInput());
-    EXPECT_FALSE(s->isOutput());
+    EXPECT_FALSE(s->isInput() || s->isOutput());
     EXPECT_EQ(s->computeStatusType(), Compilation::STAT);
     EXPECT_EQ(s->computeValueType(), Compilation::VAL);
     s->setRegister();
@@ -120,10 +114,9 @@ TEST(SignalFlags, RolesSetTheirImpliedFlagsAndTheEquationTypes)
     EXPECT_EQ(in->computeValueType(), Compilation::VINPUT);
 }
 
-TEST(SignalValues, ATypeMakesTheSignalValued)
+TEST_F(SignalTest, ATypeMakesTheSignalValued)
 {
-    Module m("m");
-    Signal* typed = new Signal("t", "t_1", &m, m.getBddWood());
+    Signal* typed = new Signal("t", "t_1", &m, w);
     Signal* pure = signal_of(m, "p");
     typed->setValueType("int", &m);
     EXPECT_TRUE(typed->isValued(&m));
@@ -136,10 +129,8 @@ TEST(SignalValues, ATypeMakesTheSignalValued)
     EXPECT_EQ(typed->getName(&m), "t_1");
 }
 
-TEST(SignalOccurrences, NewOccurrencesGetFreshVariablesAndAllIdsListThemInOrder)
+TEST_F(SignalTest, NewOccurrencesGetFreshVariablesAndAllIdsListThemInOrder)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     Signal* x = signal_of(m, "x");
     x->setLocal();
     x->setValueType("int", &m);
@@ -167,10 +158,8 @@ TEST(SignalOccurrences, NewOccurrencesGetFreshVariablesAndAllIdsListThemInOrder)
     EXPECT_EQ(in->getCurrentOccurrence(w), 0);
 }
 
-TEST(SignalOccurrences, TheCurrentFormKeepsItsOccurrence)
+TEST_F(SignalTest, TheCurrentFormKeepsItsOccurrence)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     Signal* x = signal_of(m, "x");
     x->setOutput();
     Expression* frozen = x->buildCurrentExpression(nullptr, &m);
@@ -182,14 +171,11 @@ TEST(SignalOccurrences, TheCurrentFormKeepsItsOccurrence)
     EXPECT_EQ(x->duplicate(), x);
 }
 
-TEST(SignalDeathTest, MisuseEndsWithItsMessage)
+TEST_F(SignalDeathTest, MisuseEndsWithItsMessage)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     Signal* in = signal_of(m, "in");
     in->setInput();
-    EXPECT_EXIT(in->getAllBddId(&m, w), ExitedWithCode(1),
-                HasSubstr("Error: Illegal operation!\nSignal::getAllBddIdin\n"));
+    EXPECT_EXIT(in->getAllBddId(&m, w), ExitedWithCode(1), HasSubstr("Error: Illegal operation!\nSignal::getAllBddIdin\n"));
 
     Signal* x = signal_of(m, "x");
     x->setLocal();
@@ -201,13 +187,10 @@ TEST(SignalDeathTest, MisuseEndsWithItsMessage)
     Bddexpressionwood other;
     EXPECT_EXIT(ref->addBddIds(0, 1, w), ExitedWithCode(1),
                 HasSubstr("Error: Illegal operation!\nSignalRef::addBddIds: wood already addedx\n"));
-    EXPECT_EXIT(ref->getBddStatusId(&other), ExitedWithCode(1),
-                HasSubstr("SignalRef::getBddStatusId:unknown woodx\n"));
+    EXPECT_EXIT(ref->getBddStatusId(&other), ExitedWithCode(1), HasSubstr("SignalRef::getBddStatusId:unknown woodx\n"));
     EXPECT_EXIT(ref->getBddValueId(&other), ExitedWithCode(1), HasSubstr("SignalRef::getBddValueId:unknown woodx\n"));
-    EXPECT_EXIT(ref->setBddStatusId(3, &other), ExitedWithCode(1),
-                HasSubstr("SignalRef::setBddStausId: wood not found\n"));
-    EXPECT_EXIT(ref->setBddValueId(3, &other), ExitedWithCode(1),
-                HasSubstr("SignalRef::setBddValueId: wood not found\n"));
+    EXPECT_EXIT(ref->setBddStatusId(3, &other), ExitedWithCode(1), HasSubstr("SignalRef::setBddStausId: wood not found\n"));
+    EXPECT_EXIT(ref->setBddValueId(3, &other), ExitedWithCode(1), HasSubstr("SignalRef::setBddValueId: wood not found\n"));
     EXPECT_EXIT(x->getBddStatus(&m, &other), ExitedWithCode(1), HasSubstr("no current occurrence"));
 
     Module empty("e");
@@ -217,10 +200,8 @@ TEST(SignalDeathTest, MisuseEndsWithItsMessage)
                 HasSubstr("Error: Illegal operation!\nSignal::getBddStatusId:no signal ref for signal\n"));
 }
 
-TEST(SignalManagerDeathTest, ANameOrASlotTakenTwiceIsFatal)
+TEST_F(SignalDeathTest, ANameOrASlotTakenTwiceInTheManagerIsFatal)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     signal_of(m, "a");
     SignalManager* sm = m.getSignalManager();
     SignalRef* a = sm->getSignalRefByName("a");
@@ -234,10 +215,8 @@ TEST(SignalManagerDeathTest, ANameOrASlotTakenTwiceIsFatal)
                 HasSubstr("Error: Illegal operation!\naddSignalRef (excep2)b\n"));
 }
 
-TEST(SignalManagerTables, IdTablesGrowWithTheWoodAndFollowCopiesAndDeletions)
+TEST_F(SignalTest, ManagerIdTablesGrowWithTheWoodAndFollowCopiesAndDeletions)
 {
-    Module m("m");
-    Bddexpressionwood* w = m.getBddWood();
     SignalManager* sm = m.getSignalManager();
     for (int i = 0; i < 40; ++i)
         signal_of(m, "s" + std::to_string(i));
@@ -268,12 +247,8 @@ TEST(SignalManagerTables, IdTablesGrowWithTheWoodAndFollowCopiesAndDeletions)
     EXPECT_EQ(sm->getSignalRefById(0, &third), nullptr);
     sm->deleteWood(&third);
 
-    std::ostringstream by_name;
-    std::ostringstream by_id;
-    sm->printSignalTableByName(by_name);
-    sm->printSignalTableById(by_id);
-    EXPECT_THAT(by_name.str(), HasSubstr("s39"));
-    EXPECT_THAT(by_id.str(), HasSubstr("79: s39"));
+    EXPECT_THAT(text_of([&](std::ostream& os) { sm->printSignalTableByName(os); }), HasSubstr("s39"));
+    EXPECT_THAT(text_of([&](std::ostream& os) { sm->printSignalTableById(os); }), HasSubstr("79: s39"));
 }
 
 } // namespace

@@ -1,13 +1,35 @@
 #ifndef QUILP_TEST_SUPPORT_H
 #define QUILP_TEST_SUPPORT_H
 
-// Helpers shared by the test suites: scratch directories, whole-file reads
-// and running an executable as a separate process.
+// Helpers shared by the test suites: standard error of an action, text of a
+// printer, scratch directories, whole-file reads and running an executable as
+// a separate process.
 
+#include <gtest/gtest.h>
+
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace quilp_test {
+
+// What `action` writes on standard error.
+template <class F>
+std::string stderr_of(F&& action)
+{
+    testing::internal::CaptureStderr();
+    action();
+    return testing::internal::GetCapturedStderr();
+}
+
+// What `print` writes on the stream it is given.
+template <class F>
+std::string text_of(F&& print)
+{
+    std::ostringstream os;
+    print(os);
+    return os.str();
+}
 
 // A fresh directory under the system's temporary directory, removed with
 // everything in it when the object goes.

@@ -7,11 +7,7 @@
 
 #include <memory>
 
-using quilp_test::read_file;
-using quilp_test::scratch_dir;
-using quilp_test::write_file;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
+using namespace quilp_test;
 
 namespace {
 
@@ -20,9 +16,8 @@ TEST(VisuNetReader, LoadedProjectIsViewedInMoveMode)
     scratch_dir dir;
     const std::string name = dir.file("c.bix");
     write_file(name, read_file(std::string(QUILP_EXAMPLES) + "/cruise/cruise.bix"));
-    CaptureStderr();
-    std::unique_ptr<visu_net> v(parse_visu_net(name));
-    const std::string err = GetCapturedStderr();
+    std::unique_ptr<visu_net> v;
+    const std::string err = stderr_of([&] { v.reset(parse_visu_net(name)); });
     ASSERT_NE(v, nullptr);
     EXPECT_EQ(err.substr(0, err.find('\n')), "ouverture de " + name);
     EXPECT_EQ(v->mon_nom_module(), "cruise");
@@ -36,14 +31,11 @@ TEST(VisuNetReader, LoadedProjectIsViewedInMoveMode)
 TEST(VisuNetReader, FailuresAreReportedAfterTheOpeningLine)
 {
     scratch_dir dir;
-    CaptureStderr();
-    EXPECT_EQ(parse_visu_net(dir.file("none.bix")), nullptr);
-    EXPECT_EQ(GetCapturedStderr(), "ouverture de " + dir.file("none.bix") + "\nFILE NOT FOUND !\n");
+    EXPECT_EQ(stderr_of([&] { EXPECT_EQ(parse_visu_net(dir.file("none.bix")), nullptr); }),
+              "ouverture de " + dir.file("none.bix") + "\nFILE NOT FOUND !\n");
 
     write_file(dir.file("bad.bix"), "Name: x y;");
-    CaptureStderr();
-    EXPECT_EQ(parse_visu_net(dir.file("bad.bix")), nullptr);
-    EXPECT_EQ(GetCapturedStderr(), "ouverture de " + dir.file("bad.bix") +
+    EXPECT_EQ(stderr_of([&] { EXPECT_EQ(parse_visu_net(dir.file("bad.bix")), nullptr); }), "ouverture de " + dir.file("bad.bix") +
                                        "\nsyntax error, unexpected WORD, expecting POINT_VIRGULE\n"
                                        "ERROR about loading file : " + dir.file("bad.bix") + "\n");
 }

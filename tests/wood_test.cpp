@@ -1,21 +1,16 @@
 #include "Bddexpression.h"
+#include "test_support.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 
 using ::testing::HasSubstr;
+using quilp_test::stderr_of;
 
 namespace {
-
-template <class F>
-std::string stderr_of(F&& action)
-{
-    testing::internal::CaptureStderr();
-    action();
-    return testing::internal::GetCapturedStderr();
-}
 
 // A wood of n variables "x0".."xn-1" whose equations are given as lists of
 // read variables (each equation is the conjunction of what it reads).
@@ -40,8 +35,6 @@ std::vector<std::int64_t> as_vector(const std::list<std::int64_t>& l)
 {
     return {l.begin(), l.end()};
 }
-
-// ---------------------------------------------------------------- learning
 
 TEST(WoodLearning, ReplacingAnEquationMovesItsReaderEdges)
 {
@@ -133,8 +126,6 @@ TEST(WoodLearning, SharedManagerOutlivesItsWoods)
     Bddexpressionwood owner(shared); // not shared: destroys the manager
 }
 
-// ---------------------------------------------------------------- lookups
-
 TEST(WoodLookups, EachFailureWritesItsLine)
 {
     wood_of t(3);
@@ -162,8 +153,6 @@ TEST(WoodLookups, EachFailureWritesItsLine)
                 HasSubstr("ERROR: in Bddexpressionwood::Bddname_exp_by_index(): id"));
     EXPECT_THAT(stderr_of([&] { EXPECT_EQ(t.w.exp(1), nullptr); }), HasSubstr("ERROR in Bddexpressionwood::exp():"));
 }
-
-// ---------------------------------------------------------------- dates
 
 // a <- b <- c: b reads a, c reads b; a is an input.
 TEST(WoodDates, ChainDatesRiseBothWaysAndAreComputedOnce)
@@ -236,56 +225,49 @@ TEST(WoodDates, RandomAcyclicWoodsMatchLongestPaths)
     };
     for (int round = 0; round < 60; ++round) {
         const int n = 2 + next(40);
-        const std::size_t size = static_cast<std::size_t>(n);
         wood_of t(n);
         // Variables are defined in a random rank order and read only
         // variables of a lower rank: no cycle.
-        std::vector<int> by_rank(size);
-        for (int v = 0; v < n; ++v)
-            by_rank[static_cast<std::size_t>(v)] = v;
+        std::vector<int> by_rank(n);
+        std::iota(by_rank.begin(), by_rank.end(), 0);
         for (int v = n - 1; v > 0; --v)
-            std::swap(by_rank[static_cast<std::size_t>(v)], by_rank[static_cast<std::size_t>(next(v + 1))]);
-        std::vector<std::vector<std::int64_t>> reads(size);
-        std::vector<bool> defined(size, false), read(size, false);
-        for (std::size_t r = 0; r < size; ++r) {
-            int v = by_rank[r];
+            std::swap(by_rank[v], by_rank[next(v + 1)]);
+        std::vector<std::vector<std::int64_t>> reads(n);
+        std::vector<bool> defined(n, false), read(n, false);
+        for (int r = 0; r < n; ++r) {
+            const int v = by_rank[r];
             if (next(4) == 0)
                 continue; // an input
-            defined[static_cast<std::size_t>(v)] = true;
-            for (std::size_t q = 0; q < r; ++q)
+            defined[v] = true;
+            for (int q = 0; q < r; ++q)
                 if (next(3) == 0) {
-                    reads[static_cast<std::size_t>(v)].push_back(by_rank[q]);
-                    read[static_cast<std::size_t>(by_rank[q])] = true;
+                    reads[v].push_back(by_rank[q]);
+                    read[by_rank[q]] = true;
                 }
-            std::sort(reads[static_cast<std::size_t>(v)].begin(), reads[static_cast<std::size_t>(v)].end());
-            t.define(v, reads[static_cast<std::size_t>(v)]);
+            std::sort(reads[v].begin(), reads[v].end());
+            t.define(v, reads[v]);
         }
-        std::int64_t level = t.w.compute_dates();
+        const std::int64_t level = t.w.compute_dates();
 
-        std::vector<std::int64_t> early(size, 0), late(size, 0);
+        std::vector<std::int64_t> early(n, 0), late(n, 0);
         for (int v : by_rank)
-            for (std::int64_t u : reads[static_cast<std::size_t>(v)]) {
-                std::size_t su = static_cast<std::size_t>(u);
-                early[static_cast<std::size_t>(v)] =
-                    std::max(early[static_cast<std::size_t>(v)], defined[su] ? early[su] + 1 : 1);
-            }
+            for (std::int64_t u : reads[v])
+                early[v] = std::max(early[v], defined[u] ? early[u] + 1 : 1);
         for (auto v = by_rank.rbegin(); v != by_rank.rend(); ++v)
-            for (std::int64_t u : reads[static_cast<std::size_t>(*v)])
-                late[static_cast<std::size_t>(u)] =
-                    std::max(late[static_cast<std::size_t>(u)], late[static_cast<std::size_t>(*v)] + 1);
+            for (std::int64_t u : reads[*v])
+                late[u] = std::max(late[u], late[*v] + 1);
         std::int64_t expected_level = 0;
         std::size_t equations = 0;
         for (int v = 0; v < n; ++v) {
-            std::size_t sv = static_cast<std::size_t>(v);
-            if (defined[sv]) {
+            if (defined[v]) {
                 ++equations;
-                EXPECT_EQ(t.earliest(v), early[sv]) << "round " << round << " x" << v;
-                if (early[sv] > 0 || !read[sv]) // dated by propagation, or a sink
-                    expected_level = std::max(expected_level, early[sv] + 1);
+                EXPECT_EQ(t.earliest(v), early[v]) << "round " << round << " x" << v;
+                if (early[v] > 0 || !read[v]) // dated by propagation, or a sink
+                    expected_level = std::max(expected_level, early[v] + 1);
             }
-            EXPECT_EQ(t.w.latest_date(v), late[sv]) << "round " << round << " x" << v;
-            if (late[sv] > 0)
-                expected_level = std::max(expected_level, late[sv] + 1);
+            EXPECT_EQ(t.w.latest_date(v), late[v]) << "round " << round << " x" << v;
+            if (late[v] > 0)
+                expected_level = std::max(expected_level, late[v] + 1);
         }
         EXPECT_EQ(level, expected_level) << "round " << round;
         EXPECT_TRUE(t.w.loop_detection().empty());
@@ -317,8 +299,6 @@ TEST(WoodDates, ChainOfAHundredThousandEquations)
     EXPECT_EQ(w.compute_dates(), 2 * n + 1);
     EXPECT_EQ(w.loop_detection().size(), static_cast<std::size_t>(n));
 }
-
-// ---------------------------------------------------------------- relaxation
 
 TEST(WoodRelaxation, HelpersRelaxOneEquationAndReportBadIndices)
 {

@@ -12,27 +12,20 @@
 #include <memory>
 #include <random>
 #include <sstream>
+#include <tuple>
 
-using quilp_test::read_file;
-using quilp_test::scratch_dir;
-using quilp_test::write_file;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
+using namespace quilp_test;
 
 namespace {
 
-bix_declaration_variables var(const std::string& name, const std::string& type)
-{
-    return bix_declaration_variables(name, type);
-}
+using var = bix_declaration_variables;
 
 std::unique_ptr<bix_tpen_fichier> read_text(const std::string& text)
 {
     std::istringstream in(text);
     std::ostringstream log;
-    CaptureStderr();
-    std::unique_ptr<bix_tpen_fichier> p(parse_bix_stream(in, log, 0));
-    GetCapturedStderr();
+    std::unique_ptr<bix_tpen_fichier> p;
+    stderr_of([&] { p.reset(parse_bix_stream(in, log, 0)); });
     return p;
 }
 
@@ -43,48 +36,45 @@ std::unique_ptr<bix_tpen_fichier> read_example(const std::string& name)
 
 std::string ix_of(const bix_tpen_fichier& p, const std::string& name)
 {
-    std::ostringstream os;
-    p.put_ix(os, name);
-    return os.str();
+    return text_of([&](std::ostream& os) { p.put_ix(os, name); });
 }
 
 std::string bix_of(const bix_tpen_fichier& p, const std::string& name)
 {
-    std::ostringstream os;
-    p.put_bix(os, name);
-    return os.str();
+    return text_of([&](std::ostream& os) { p.put_bix(os, name); });
 }
 
 std::string fig_of(const bix_tpen_fichier& p)
 {
-    std::ostringstream os;
-    p.put_xfig(os, p.mon_nom_module());
-    return os.str();
+    return text_of([&](std::ostream& os) { p.put_xfig(os, p.mon_nom_module()); });
+}
+
+std::string golden(const std::string& name)
+{
+    return read_file(std::string(QUILP_TEST_DATA) + "/writers/" + name);
 }
 
 const std::string fig_header =
     "#FIG 3.2\nLandscape\nCenter\nInches\nLetter\n100.00\nSingle\n-2\n1200 2\n";
 
-// ---------------------------------------------------------------------------
-// Main Ix module
-
 TEST(IxWriter, InstanceWiredToTerminals)
 {
     std::unique_ptr<bix_tpen_fichier> p = read_example("alarm/alarm.bix");
     ASSERT_NE(p, nullptr);
-    EXPECT_EQ(ix_of(*p, "top"),
-              "module top : \n"
-              "Input:\ngo\n;\n\n"
-              "Output:\nalarm\n;\n\n"
-              "Local: \nlink0,\nlink1;\n\n"
-              "Run:\n\"/lib/\": filter: filter\n\n;\n"
-              "run filter[go \\ x, alarm \\ y]\n"
-              "end\n\n");
+    EXPECT_EQ(ix_of(*p, "alarm"), golden("alarm.ix"));
 }
 
-TEST(IxWriter, EmptyProjectIsAModuleWithNothingInside)
+// A module with nothing inside, the eight section headers, the drawing's
+// header alone; a link with neither end nor point draws nothing.
+TEST(EmptyProject, EachWriterWritesItsFrameOnly)
 {
-    EXPECT_EQ(ix_of(bix_tpen_fichier(), "e"), "module e : \nend\n\n");
+    bix_tpen_fichier p;
+    EXPECT_EQ(ix_of(p, "e"), "module e : \nend\n\n");
+    EXPECT_EQ(bix_of(p, "e"), "Name: e;\n\nType:\n;\n\nInput:\n;\n\nOutput:\n;\n\nLocal:\n;\n\nRun:\n;\n\n"
+                              "BlackBox:\n;\n\nLink:\n;\n");
+    EXPECT_EQ(fig_of(p), fig_header);
+    p.add_fin_transition(bix_tpen_lien(-1, 0, -1, 0));
+    EXPECT_EQ(fig_of(p), fig_header + "\n");
 }
 
 // Two runs, terminals of every kind, links between instances, direct links
@@ -124,30 +114,9 @@ bix_tpen_fichier full_project()
 TEST(IxWriter, EverySectionAndTheSharedLoopSeparator)
 {
     const bix_tpen_fichier p = full_project();
-    CaptureStderr();
-    const std::string ix = ix_of(p, "full");
-    EXPECT_EQ(GetCapturedStderr(), "generation output with a constante : to do ...\n");
-    EXPECT_EQ(ix,
-              "data:\nType: int, speed;\nend data\n\n"
-              "module full : \n"
-              "Input:\ngo: ,\nrate: int\n;\n\n"
-              "Output:\nalarm,\nlevel: int\n;\n\n"
-              "Local: \ntmp: bool,\nlink0,\nlink1,\nlink2,\nlink3,\nlink4,\nlink5,\nlink6,\nlink7,\n"
-              "link8,\nlink9;\n\n"
-              "Run:\n\"/lib/\": filt: filter\n;\n\"\": cnt: counter\n\n;\n"
-              "run filter[go \\ x, rate \\ r, link2 \\ y]\n"
-              "||\n"
-              "run counter[link2 \\ tick, link5 \\ tick, level \\ n]\n"
-              "||\n"
-              "loop\n{\n"
-              "    present go { emit alarm}\n"
-              "  >>\n  emit link5\n"
-              "  >>\n  noemit alarm\n"
-              "  >>\n  emit level\n"
-              "    >>\n    present rate { emit level (#rate)}\n"
-              "  >>\n"
-              "  >> pause\n}\n"
-              "end\n\n");
+    std::string ix;
+    EXPECT_EQ(stderr_of([&] { ix = ix_of(p, "full"); }), "generation output with a constante : to do ...\n");
+    EXPECT_EQ(ix, golden("full.ix"));
 }
 
 TEST(IxWriter, DirectWiringAloneOpensTheLoopWithoutSeparator)
@@ -161,16 +130,6 @@ TEST(IxWriter, DirectWiringAloneOpensTheLoopWithoutSeparator)
     EXPECT_EQ(ix_of(p, "d"),
               "module d : \nInput:\ni\n;\n\nOutput:\no\n;\n\nLocal: \nlink0,\nlink1;\n\n"
               "loop\n{\n  noemit o\n    >>\n    present i { emit o}\n  >> pause\n}\nend\n\n");
-}
-
-// ---------------------------------------------------------------------------
-// Project file
-
-TEST(BixWriter, EmptyProjectIsTheEightSectionHeaders)
-{
-    EXPECT_EQ(bix_of(bix_tpen_fichier(), "e"),
-              "Name: e;\n\nType:\n;\n\nInput:\n;\n\nOutput:\n;\n\nLocal:\n;\n\nRun:\n;\n\n"
-              "BlackBox:\n;\n\nLink:\n;\n");
 }
 
 TEST(BixWriter, RunWithoutPortsAndLinkWithoutPoints)
@@ -217,13 +176,11 @@ void expect_same_tables(const bix_tpen_fichier& a, const bix_tpen_fichier& b)
     }
     ASSERT_EQ(a.nbr_transitions(), b.nbr_transitions());
     for (int i = 0; i < a.nbr_transitions(); ++i) {
-        const bix_tpen_lien& la = a.ma_table_liens()[i];
-        const bix_tpen_lien& lb = b.ma_table_liens()[i];
-        EXPECT_EQ(la.mon_ident_ixcmodule_amont(), lb.mon_ident_ixcmodule_amont());
-        EXPECT_EQ(la.mon_ident_ixcmodule_amont_output(), lb.mon_ident_ixcmodule_amont_output());
-        EXPECT_EQ(la.mon_ident_ixcmodule_aval(), lb.mon_ident_ixcmodule_aval());
-        EXPECT_EQ(la.mon_ident_ixcmodule_aval_input(), lb.mon_ident_ixcmodule_aval_input());
-        EXPECT_EQ(la.liste_positions(), lb.liste_positions());
+        auto fields = [](const bix_tpen_lien& l) {
+            return std::make_tuple(l.mon_ident_ixcmodule_amont(), l.mon_ident_ixcmodule_amont_output(),
+                                   l.mon_ident_ixcmodule_aval(), l.mon_ident_ixcmodule_aval_input(), l.liste_positions());
+        };
+        EXPECT_EQ(fields(a.ma_table_liens()[i]), fields(b.ma_table_liens()[i])) << "link " << i;
     }
 }
 
@@ -304,16 +261,12 @@ TEST(BixWriter, RoundTripGivesIdenticalTablesInTheSameOrder)
     }
 }
 
-// ---------------------------------------------------------------------------
-// Xfig drawing
-
 // Runs fig2dev on a copy of the drawing without its polyline end marks;
 // returns fig2dev's error output, or a failure text.
 std::string fig2dev_complaints(const std::string& fig, const scratch_dir& dir)
 {
     const std::string copy = dir.file("copy.fig");
     const std::string err = dir.file("fig2dev.err");
-    write_file(copy, "");
     std::string stripped;
     std::istringstream lines(fig);
     for (std::string line; std::getline(lines, line);)
@@ -328,11 +281,6 @@ std::string fig2dev_complaints(const std::string& fig, const scratch_dir& dir)
     return complaints;
 }
 
-TEST(XfigWriter, EmptyProjectIsTheHeaderOnly)
-{
-    EXPECT_EQ(fig_of(bix_tpen_fichier()), fig_header);
-}
-
 TEST(XfigWriter, BoxesLinksAndTheirClippedEnds)
 {
     bix_tpen_fichier p("p", {}, {var("i", "")}, {}, {}, {bix_declaration_ixcmodule("", "m", "mod", {}, {})});
@@ -342,31 +290,7 @@ TEST(XfigWriter, BoxesLinksAndTheirClippedEnds)
     p.add_fin_transition(bix_tpen_lien(0, 0, 1, 0));
     p.add_fin_transition(bix_tpen_lien(-1, 0, 0, 0));
     p.add_fin_transition(bix_tpen_lien(-1, 0, -1, 0, {2, 3}));
-    EXPECT_EQ(fig_of(p),
-              fig_header +
-              " 1 3 0 1 0 7 50 -1 -1 0.000 1 0.0000 1000 1000 500 1000 1000 1000 1500 1000\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 1000 -80 a\\001\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 1000 1100 mod\\001\n\n"
-              " 1 3 0 1 0 7 50 -1 -1 0.000 1 0.0000 4000 5000 500 1000 4000 5000 4500 5000\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 4000 3920 \\001\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 4000 5100 mod\\001\n\n"
-              " 1 3 0 1 0 7 50 -1 -1 0.000 1 0.0000 0 0 500 1000 0 0 500 0\n"
-              "4 1 0 50 -1 0 24 0.0000 4 135 780 0 -1080 c\\001\n\n"
-              "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 1 0 2\n"
-              "        1 1 1.00 120.00 240.00\n"
-              "         1300 1400 3700 4600 \n\\001\n"
-              "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 0 0 1\n"
-              "         1000 1000 \n\\001\n"
-              "2 1 0 1 0 7 50 -1 -1 0.000 0 0 -1 1 0 1\n"
-              "        1 1 1.00 120.00 240.00\n"
-              "         2000 3000 \n\\001\n");
-}
-
-TEST(XfigWriter, LinkWithNeitherEndNorPointWritesNothing)
-{
-    bix_tpen_fichier p;
-    p.add_fin_transition(bix_tpen_lien(-1, 0, -1, 0));
-    EXPECT_EQ(fig_of(p), fig_header + "\n");
+    EXPECT_EQ(fig_of(p), golden("boxes_links.fig"));
 }
 
 TEST(XfigWriter, Fig2devReadsEveryDrawing)
@@ -381,30 +305,26 @@ TEST(XfigWriter, Fig2devReadsEveryDrawing)
         EXPECT_EQ(fig2dev_complaints(fig_of(p), dir), "") << p.mon_nom_module();
 }
 
-// ---------------------------------------------------------------------------
-// Indexes that point outside their tables
-
 TEST(BadIndexes, WritersAndRoutingNeverReadOutsideATable)
 {
-    std::unique_ptr<bix_tpen_fichier> p =
-        read_text(read_file(std::string(QUILP_TEST_DATA) + "/bix/bad_indices.bix"));
+    const std::string data = std::string(QUILP_TEST_DATA) + "/bix/bad_indices.";
+    std::unique_ptr<bix_tpen_fichier> p = read_text(read_file(data + "bix"));
     ASSERT_NE(p, nullptr);
-    CaptureStderr();
+    testing::internal::CaptureStderr();
     const std::string ix = ix_of(*p, "bad");
     const std::string fig = fig_of(*p);
     const std::string bix = bix_of(*p, "bad");
     for (bix_tpen_lien l : p->ma_table_liens())
         l.aligne_points(p.get());
+    std::string message;
     for (int i = -1; i <= p->nbr_black_box(); ++i) {
         p->bbox_largeur(i);
         p->bbox_hauteur(i);
-    }
-    std::string message;
-    for (int i = -1; i <= p->nbr_black_box(); ++i)
         p->correct_type_interconnection(i, 5, i + 1, -3, message);
-    GetCapturedStderr();
-    EXPECT_EQ(ix, read_file(std::string(QUILP_TEST_DATA) + "/bix/bad_indices.ix"));
-    EXPECT_EQ(fig, read_file(std::string(QUILP_TEST_DATA) + "/bix/bad_indices.fig"));
+    }
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(ix, read_file(data + "ix"));
+    EXPECT_EQ(fig, read_file(data + "fig"));
     std::unique_ptr<bix_tpen_fichier> again = read_text(bix);
     ASSERT_NE(again, nullptr);
     expect_same_tables(*p, *again);
