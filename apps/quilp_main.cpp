@@ -2,6 +2,7 @@
 // batch generation of the drawing and the main module with a file and options.
 
 #include "bix_norm.h"
+#include "main_window.h"
 #include "bix_parser.h"
 #include "quilp_names.h"
 
@@ -85,8 +86,8 @@ int main(int argc, char** argv)
     const std::string version = std::string(release_number) + build_suffix;
 
     if (argc == 1) {
-        std::cerr << "quilp: the editor is not part of this build; use quilp -h for batch use"
-                  << std::endl;
+        OFD_editeur editor(argc, argv, version);
+        editor.activation();
         return 0;
     }
     if (argc == 2) {

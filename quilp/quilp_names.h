@@ -19,4 +19,20 @@ struct batch_names {
     std::string module;   // base + ".ix"
 };
 
+// The text without blanks (spaces, tabs, line ends) at either end.
+std::string trim_blanks(const std::string& text);
+
+// The rule for signal, type, run and project names: an ASCII letter or "_"
+// first, then letters, digits or "_", ending with a letter or a digit (so a
+// one-character name is a letter). The name is taken as given: callers trim.
+bool checkvarname_with_pre_underscore(const std::string& name);
+
+// The editor's file names. Saving writes `path` with ".bix" appended unless
+// it already ends so, under the module name `name` without a trailing ".bix".
+// The exports cut a trailing ".bix" from the path and append their own
+// extension unless the path already ends with it.
+std::string sauve_file_name(const std::string& path);
+std::string sauve_module_name(const std::string& name);
+std::string export_file_name(const std::string& path, const std::string& extension);
+
 #endif

@@ -1,6 +1,6 @@
 // The editor's entry to the project reader and the view's starting state.
 
-#include "quilp_visu.h"
+#include "visu_net.h"
 #include "test_support.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,86 @@
+#include "ofl_dialogs.h"
+
+#include "black_box_form.h"
+#include "visu_net.h"
+
+#include <FL/Fl_File_Chooser.H>
+#include <FL/fl_ask.H>
+
+namespace {
+
+ofl_dialogs real_dialogs;
+ofl_dialogs* current = &real_dialogs;
+
+const char* const box_title = "quilp";
+
+}  // namespace
+
+ofl_dialogs& editor_dialogs() { return *current; }
+
+ofl_dialogs* set_editor_dialogs(ofl_dialogs* dialogs)
+{
+    ofl_dialogs* previous = current;
+    current = dialogs ? dialogs : &real_dialogs;
+    return previous;
+}
+
+void ofl_dialogs::message(const std::string& text)
+{
+    fl_message_title(box_title);
+    fl_message("%s", text.c_str());
+}
+
+void ofl_dialogs::alert(const std::string& text)
+{
+    fl_message_title(box_title);
+    fl_alert("%s", text.c_str());
+}
+
+std::string ofl_dialogs::input(const std::string& prompt, const std::string& initial)
+{
+    fl_message_title(prompt.c_str());
+    // The result lives in the dialog's own buffer: copy it at once.
+    const char* answer = fl_input("%s", initial.c_str(), prompt.c_str());
+    return answer ? std::string(answer) : std::string();
+}
+
+bool ofl_dialogs::file_chooser(const std::string& title, const std::string& pattern, const std::string& initial,
+                               std::string* chosen)
+{
+    const char* path = fl_file_chooser(title.c_str(), pattern.c_str(), initial.c_str(), 0);
+    if (!path || !*path)
+        return false;
+    *chosen = path;
+    return true;
+}
+
+int ofl_dialogs::black_box_form(Fl_Window* caller, visu_net& view, int index, black_box* result)
+{
+    OFD_black_box_form form(caller);
+    const int accepted = form.activation(view, index);
+    if (accepted)
+        *result = form.value();
+    return accepted;
+}
+
+int ofl_dialogs::io_monitor(Fl_Window*, const std::string&, const std::vector<bix_declaration_variables>&,
+                            const std::vector<std::string>&, const std::list<std::string>&,
+                            std::list<bix_declaration_variables>*)
+{
+    message("This monitor is not available yet.");
+    return 0;
+}
+
+int ofl_dialogs::type_monitor(Fl_Window*, const std::vector<std::string>&, const std::list<std::string>&,
+                              std::list<std::string>*)
+{
+    message("This monitor is not available yet.");
+    return 0;
+}
+
+int ofl_dialogs::prog_monitor(Fl_Window*, const std::vector<bix_declaration_ixcmodule>&,
+                              const std::list<std::string>&, std::list<bix_declaration_ixcmodule>*)
+{
+    message("This monitor is not available yet.");
+    return 0;
+}
