@@ -117,8 +117,10 @@ void visu_net::draw_box_contents(int i, const pixel_rect& frame)
     switch (b.mon_tpe()) {
     case BBOX_INSTANCE: {
         const bix_declaration_ixcmodule* run = run_or_null(b.mon_ident());
-        label(centre_x, centre_y - 0.6 * fs, b.un_nom(), OFL_ALIGN_CENTER);
-        label(centre_x, centre_y + 0.6 * fs, run ? run->nom_module() : std::string(), OFL_ALIGN_CENTER);
+        // The instance's name above its frame, as in the drawing export; the
+        // run's module name inside.
+        label(centre_x, frame.top - 0.6 * fs, b.un_nom(), OFL_ALIGN_CENTER);
+        label(centre_x, centre_y, run ? run->nom_module() : std::string(), OFL_ALIGN_CENTER);
         for (int k = 0; k < inputs; ++k)
             label(inner_left, port_row(*this, i, k, v), run->nom_entree(k), OFL_ALIGN_LEFT);
         for (int k = 0; k < outputs; ++k)
@@ -198,10 +200,12 @@ void visu_net::ixcmodule_xforms_undraw(int i)
     const drawing d(*this);
     if (!box_or_null(i) || !d.ok)
         return;
-    // The frame, the port arrows half a scale on each side, a pixel around.
+    // The frame, the port arrows half a scale on each side, the name above,
+    // a pixel around.
     const pixel_rect frame = box_frame(*this, i, vue());
-    vs.ofl_rectf(frame.left - scale / 2 - 1, frame.top - 1, frame.width + 2 * (scale / 2) + 3,
-                 frame.height + 2, background_color);
+    const int name_height = scale2font_size(scale) * 2;
+    vs.ofl_rectf(frame.left - scale / 2 - 1, frame.top - name_height - 1, frame.width + 2 * (scale / 2) + 3,
+                 frame.height + name_height + 2, background_color);
 }
 
 void visu_net::trans_xforms_undraw(int k, const bix_tpen_fichier* model)
