@@ -11,6 +11,8 @@
 #include <FL/forms.H>
 
 #include <cmath>
+#include <cstdarg>
+#include <cstdio>
 #include <iostream>
 #include <unistd.h>
 
@@ -41,6 +43,19 @@ void editor_recovery()
 {
     if (running_editor)
         running_editor->write_recovery();
+}
+
+// The toolkit's fatal errors (no display, a lost connection to it) end the
+// process as every fatal condition does here: one line on standard error,
+// the recovery file when a project is being edited, status 1.
+void toolkit_fatal(const char* format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    char text[1024];
+    std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    die(std::string("quilp: ") + text);
 }
 
 // Escape must not close the main window (unsaved work would be lost); the
@@ -93,6 +108,7 @@ int slider_offset(double coarse, double fine)
 OFD_editeur::OFD_editeur(int argc, char** argv, const std::string& v)
     : version_label("quilp   v. " + v), version(v)
 {
+    Fl::fatal = toolkit_fatal;
     fl_initialize(&argc, argv, "quilp", nullptr, 0);
     pvisu_net_instance = std::make_unique<visu_net>();
 
@@ -398,7 +414,11 @@ void OFD_editeur::type_menu(int item)
 void OFD_editeur::write_recovery() const
 {
     const visu_net* v = pvisu_net_instance.get();
-    if (!v)
+    // Nothing to keep: no view, or a project with nothing in it yet.
+    if (!v || (v->mon_nom_module().empty() && v->nbr_types() + v->nbr_inputs() + v->nbr_outputs() +
+                                                      v->nbr_locals() + v->nbr_external_ixcmodules() +
+                                                      v->nbr_black_box() + v->nbr_transitions() ==
+                                                  0))
         return;
     const std::string name = v->mon_nom_module();
     const std::string base =

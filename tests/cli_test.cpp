@@ -48,9 +48,12 @@ TEST(CommandLine, HelpVersionAndNoArgument)
     EXPECT_EQ(r.out, "  QUILP: Linker Of Object Module version " + version + "\n\n");
     EXPECT_TRUE(files_in(dir).empty());
 
-    // The editor, which must not wait for a display it cannot open.
+    // The editor, which must not wait for a display it cannot open: it says
+    // so and ends with status 1.
     r = run_process(QUILP_BIN, {}, dir.path(), {"DISPLAY="});
-    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "quilp: Can't open display: \n");
+    EXPECT_TRUE(files_in(dir).empty());
 }
 
 // A lone file name generates nothing and reads nothing; an unknown option
