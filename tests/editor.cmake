@@ -1,5 +1,5 @@
 # The editor library without a window: the view's reader, its mouse handling
 # and writers, the main window's arithmetic, the black box form's rules.
 quilp_add_test(editor_tests
-  SOURCES visu_net_test.cpp editor_view_test.cpp editor_window_test.cpp
+  SOURCES visu_net_test.cpp editor_view_test.cpp editor_window_test.cpp editor_load_test.cpp
   LIBS quilp_editor quilp_test_support)
