@@ -490,8 +490,7 @@ TEST_F(EditorGui, TheBlackBoxFormPlacesABoxWhereThePressWas)
     ASSERT_NE(form, 0u);
     keep_screenshot(form, "form");
     click(form, 115, 125);  // "I"
-    click(form, 200, 165);  // the menu: its first input
-    settle(300);
+    click_menu(form, 200, 165);  // the menu: its first input
     keys({"Down", "Return"});
     click(form, 65, 500);   // "Ok"
     EXPECT_TRUE(eventually([] { return !window_shown("Black Box Selection"); }));

@@ -303,10 +303,31 @@ int quilp_app::wait_exit(std::chrono::milliseconds timeout)
 
 std::string quilp_app::error_text() const { return read_all(err_path); }
 
+namespace {
+
+// Windows shown now: a menu that opens adds one, without a title.
+std::size_t shown_windows()
+{
+    std::istringstream ids(tool({"timeout", "5", "xdotool", "search", "--onlyvisible", "--name", ".*"}));
+    std::size_t n = 0;
+    for (unsigned long id = 0; ids >> id;)
+        ++n;
+    return n;
+}
+
+}  // namespace
+
+void click_menu(unsigned long window, int x, int y)
+{
+    const std::size_t before = shown_windows();
+    click(window, x, y);
+    EXPECT_TRUE(eventually([&] { return shown_windows() > before; })) << "no menu opened";
+    settle(100);
+}
+
 void quilp_app::open_menu(int x, int y, int position)
 {
-    click(main, x, y);
-    settle(300);
+    click_menu(main, x, y);
     std::vector<std::string> downs(position, "Down");
     keys(downs);
 }
@@ -319,9 +340,11 @@ void quilp_app::file_menu(int position)
 
 void quilp_app::file_menu_xfig()
 {
+    // The submenu opens as "Export" is reached; Right enters it.
     open_menu(50, 35, 5);
+    settle(200);
     keys({"Right"});
-    settle(300);
+    settle(200);
     keys({"Return"});
 }
 

@@ -58,6 +58,8 @@ void press(unsigned long window, int x, int y);
 void move_to(unsigned long window, int x, int y);
 void release();
 void keys(const std::vector<std::string>& names);
+// Clicks a menu button and waits for its menu to open.
+void click_menu(unsigned long window, int x, int y);
 void type_text(const std::string& text);
 
 // The editor running as its own process in the test's X server.
