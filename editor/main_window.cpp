@@ -256,18 +256,15 @@ void OFD_editeur::dispatch(Fl_Widget* w)
         fl_set_button(w, 0);
         zoom(zoom_plus(scale_index));
     }
-    if (w == horiz_slider || w == horiz2_slider) {
-        const int h = slider_offset(fl_get_slider_value(horiz2_slider), fl_get_slider_value(horiz_slider));
+    if (w == horiz_slider || w == horiz2_slider || w == vert_slider || w == vert2_slider) {
+        const bool horizontal = w == horiz_slider || w == horiz2_slider;
+        const int offset = horizontal ? slider_offset(fl_get_slider_value(horiz2_slider), fl_get_slider_value(horiz_slider))
+                                      : slider_offset(fl_get_slider_value(vert_slider), fl_get_slider_value(vert2_slider));
         if (v) {
-            v->xforms_hslide(h);
-            v->xforms_redraw(editor_scales[scale_index]);
-        }
-        redraw_sliders();
-    }
-    if (w == vert_slider || w == vert2_slider) {
-        const int d = slider_offset(fl_get_slider_value(vert_slider), fl_get_slider_value(vert2_slider));
-        if (v) {
-            v->xforms_vslide(d);
+            if (horizontal)
+                v->xforms_hslide(offset);
+            else
+                v->xforms_vslide(offset);
             v->xforms_redraw(editor_scales[scale_index]);
         }
         redraw_sliders();

@@ -173,6 +173,14 @@ private:
     void draw_box_contents(int i, const pixel_rect& frame);
     void draw_polyline(const std::vector<pixel_point>& line, int color);
     void reset_view_state();
+    // A link from output up_output of box up_box to input down_input of box
+    // down_box, when their types agree; otherwise the refusal box.
+    void connect(int up_box, int up_output, int down_box, int down_input);
+    // Draws port k of box i as an arrow from (x1, y) to (x2, y).
+    void draw_port(double x1, double x2, double y, int color);
+    // The signal monitor titled `title` over `table`, whose entries the
+    // boxes of kind `tpe` show; the result replaces the table.
+    void signals_handling(const char* title, std::vector<bix_declaration_variables>& table, int tpe);
     void redraw_all();
     bool write_through(const std::string& file, const std::function<void(std::ostream&)>& write);
     void replace_signals(std::vector<bix_declaration_variables>& table, int tpe,

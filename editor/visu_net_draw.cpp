@@ -149,20 +149,22 @@ void visu_net::draw_box_contents(int i, const pixel_rect& frame)
     }
 }
 
+void visu_net::draw_port(double x1, double x2, double y, int color)
+{
+    const drawing d(*this);
+    if (d.ok)
+        vs.ofl_drw_arrow_line(x1, y, x2, y, color, port_arrow_factor, 1);
+}
+
 void visu_net::ixcinput_xforms_draw(int i, int port, int color)
 {
     double mx = 0.0;
     double my = 0.0;
     if (!position_input(i, port, &mx, &my))
         return;
-    const drawing d(*this);
-    if (!d.ok)
-        return;
-    const sheet_view v = vue();
     // From the port, half a scale left of the frame, into the box.
-    const double x = v.pixel_x(mx);
-    const double y = v.pixel_y(my);
-    vs.ofl_drw_arrow_line(x, y, x + scale / 2.0, y, color, port_arrow_factor, 1);
+    const sheet_view v = vue();
+    draw_port(v.pixel_x(mx), v.pixel_x(mx) + scale / 2.0, v.pixel_y(my), color);
 }
 
 void visu_net::ixcoutput_xforms_draw(int i, int port, int color)
@@ -171,14 +173,9 @@ void visu_net::ixcoutput_xforms_draw(int i, int port, int color)
     double my = 0.0;
     if (!position_output(i, port, &mx, &my))
         return;
-    const drawing d(*this);
-    if (!d.ok)
-        return;
-    const sheet_view v = vue();
     // From the frame out to the port, half a scale right of it.
-    const double x = v.pixel_x(mx);
-    const double y = v.pixel_y(my);
-    vs.ofl_drw_arrow_line(x - scale / 2.0, y, x, y, color, port_arrow_factor, 1);
+    const sheet_view v = vue();
+    draw_port(v.pixel_x(mx) - scale / 2.0, v.pixel_x(mx), v.pixel_y(my), color);
 }
 
 void visu_net::draw_polyline(const std::vector<pixel_point>& line, int color)

@@ -114,25 +114,18 @@ void visu_net::apply_progs(const std::list<bix_declaration_ixcmodule>& table)
     renumber_boxes(table_bbox, BBOX_INSTANCE, new_places(old_table, table_external_ixcmodules));
 }
 
-void visu_net::inputs_handling()
+void visu_net::signals_handling(const char* title, std::vector<bix_declaration_variables>& table, int tpe)
 {
     std::list<bix_declaration_variables> result;
-    if (editor_dialogs().io_monitor(associate_forms, "INPUTS", table_inputs, table_types,
-                                    names_in_use(BBOX_INPUT), &result) == 1) {
-        apply_inputs(result);
+    if (editor_dialogs().io_monitor(associate_forms, title, table, table_types, names_in_use(tpe), &result) == 1) {
+        replace_signals(table, tpe, result);
         redraw_all();
     }
 }
 
-void visu_net::outputs_handling()
-{
-    std::list<bix_declaration_variables> result;
-    if (editor_dialogs().io_monitor(associate_forms, "OUTPUTS", table_outputs, table_types,
-                                    names_in_use(BBOX_OUTPUT), &result) == 1) {
-        apply_outputs(result);
-        redraw_all();
-    }
-}
+void visu_net::inputs_handling() { signals_handling("INPUTS", table_inputs, BBOX_INPUT); }
+
+void visu_net::outputs_handling() { signals_handling("OUTPUTS", table_outputs, BBOX_OUTPUT); }
 
 void visu_net::locals_handling()
 {

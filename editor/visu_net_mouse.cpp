@@ -124,6 +124,19 @@ void visu_net::drag(int x, int y, int, int)
     }
 }
 
+void visu_net::connect(int up_box, int up_output, int down_box, int down_input)
+{
+    std::string message;
+    if (!correct_type_interconnection(up_box, up_output, down_box, down_input, message)) {
+        editor_dialogs().message("Bad data type between input and output!\n FORBIDDEN connection ...\n" + message);
+        return;
+    }
+    bix_tpen_lien l(up_box, up_output, down_box, down_input);
+    l.aligne_points(this);
+    add_fin_transition(l);
+    redraw_all();
+}
+
 void visu_net::release(int x, int y)
 {
     if (press_opened_dialog) {
@@ -135,18 +148,7 @@ void visu_net::release(int x, int y)
         detect_object(x, y);
         if (type_object_select == VISUNET_IXCMODULE_INPUT_OBJ) {
             if (first_type_object_select == VISUNET_IXCMODULE_OUTPUT_OBJ) {
-                std::string message;
-                if (correct_type_interconnection(first_num_object_select, first_num_object2_select,
-                                                 num_object_select, num_object2_select, message)) {
-                    bix_tpen_lien l(first_num_object_select, first_num_object2_select, num_object_select,
-                                    num_object2_select);
-                    l.aligne_points(this);
-                    add_fin_transition(l);
-                    redraw_all();
-                } else {
-                    editor_dialogs().message(
-                        "Bad data type between input and output!\n FORBIDDEN connection ...\n" + message);
-                }
+                connect(first_num_object_select, first_num_object2_select, num_object_select, num_object2_select);
             } else if (first_type_object_select == VISUNET_IXCMODULE_INPUT_OBJ) {
                 editor_dialogs().message("Input to Input connection FORBIDDEN!");
             } else {
@@ -158,18 +160,7 @@ void visu_net::release(int x, int y)
             // An output-to-output drag gets only the error-stream line: the
             // refusal box of that case is never reached. Kept as it is.
             if (first_type_object_select == VISUNET_IXCMODULE_INPUT_OBJ) {
-                std::string message;
-                if (correct_type_interconnection(num_object_select, num_object2_select, first_num_object_select,
-                                                 first_num_object2_select, message)) {
-                    bix_tpen_lien l(num_object_select, num_object2_select, first_num_object_select,
-                                    first_num_object2_select);
-                    l.aligne_points(this);
-                    add_fin_transition(l);
-                    redraw_all();
-                } else {
-                    editor_dialogs().message(
-                        "Bad data type between input and output!\n FORBIDDEN connection ...\n" + message);
-                }
+                connect(num_object_select, num_object2_select, first_num_object_select, first_num_object2_select);
             } else {
                 std::cerr << "bad connection ..." << std::endl;
             }
