@@ -185,6 +185,13 @@ TEST(InspectorProject, AProjectThatCannotBeReadIsOneFinding)
     EXPECT_EQ(r.out, "[\n  {\"file\": \"none.bix\", \"kind\": \"project_not_loaded\", \"message\": \"none.bix: project "
                      "not loaded\"}\n]\n");
     EXPECT_EQ(r.err, "FILE NOT FOUND !\n");
+    // a folder is no project, and gets no trace beside it
+    std::filesystem::create_directory(dir.file("p.bix"));
+    r = inspect({"--project", "p.bix"}, dir);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "p.bix: project not loaded\n");
+    EXPECT_EQ(r.err, "");
+    EXPECT_FALSE(file_exists(dir.file("p.bix.log")));
 }
 
 TEST(InspectorProject, UsageErrors)
