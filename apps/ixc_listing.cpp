@@ -131,7 +131,7 @@ void write_signal(json_writer& w, Module& m, Signal* s)
     w.begin_object();
     w.key("name").string(s->getOriginalName());
     w.key("internal").string(s->getInternalName());
-    w.key("type").string(s->getValueType(&m));
+    w.key("type").string(s->findValueType(&m));
     std::vector<const char*> flags;
     if (s->isInput())
         flags.push_back("input");
@@ -414,8 +414,8 @@ void write_module_summary(std::ostream& os, const std::string& file, Module& m)
     os << "module " << m.getName() << " (" << file << ")\n";
     if (const std::list<Signal*>* inputs = m.getInputSignalList())
         for (Signal* s : *inputs)
-            os << "input " << s->getOriginalName() << ": " << s->getValueType(&m) << "\n";
+            os << "input " << s->getOriginalName() << ": " << s->findValueType(&m) << "\n";
     if (const std::list<Signal*>* outputs = m.getOutputSignalList())
         for (Signal* s : *outputs)
-            os << "output " << s->getOriginalName() << ": " << s->getValueType(&m) << "\n";
+            os << "output " << s->getOriginalName() << ": " << s->findValueType(&m) << "\n";
 }

@@ -701,9 +701,7 @@ SignalRef* Signal::getSignalRef(Module* module, Bddexpressionwood* wood) const
 {
     if (!module)
         return nullptr;
-    auto it = current_occurrence_table.find(wood);
-    int occurrence = it == current_occurrence_table.end() ? 0 : it->second;
-    return module->getSignalManager()->getSignalRefByOccurrence(this, occurrence);
+    return module->getSignalManager()->getSignalRefByOccurrence(this, getCurrentOccurrence(wood));
 }
 
 SignalRef* Signal::findCurrentSignalRef(Module* module, Bddexpressionwood* wood) const
@@ -734,6 +732,16 @@ bool Signal::isValued(Module* module) const
 std::string Signal::getValueType(Module* module) const
 {
     SignalRef* ref = getSignalRef(module);
+    return ref ? ref->getType() : "pure";
+}
+
+std::string Signal::findValueType(Module* module) const
+{
+    if (!module)
+        return "pure";
+    Bddexpressionwood* wood = module->getBddWood();
+    SignalRef* ref = hasCurrentOccurrence(wood) ? getSignalRef(module, wood)
+                                                : module->getSignalManager()->getSignalRefByName(internal_name);
     return ref ? ref->getType() : "pure";
 }
 

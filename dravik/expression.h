@@ -303,7 +303,7 @@ public:
     const std::string& getOriginalName() const { return original_name; }
     const std::string& getInternalName() const { return internal_name; }
     // Name of the current occurrence in the module's wood (the internal name
-    // when there is no reference).
+    // when the module has no such reference). Fatal without an occurrence.
     std::string getName(Module* module) const;
 
     // ---- Occurrences.
@@ -319,8 +319,9 @@ public:
     // other signals are left as they are and yield null).
     SignalRef* newOccurrence(Bddexpressionwood* wood, Module* module);
 
-    // ---- References. Never fatal; null when the module has no such
-    // reference. Without an occurrence in the wood, occurrence 0 is used.
+    // ---- References: the reference of the current occurrence in the wood
+    // (the module's own wood for the first form); null when the module has no
+    // such reference. Fatal when the signal has no occurrence in the wood.
     SignalRef* getSignalRef(Module* module) const;
     SignalRef* getSignalRef(Module* module, Bddexpressionwood* wood) const;
     // The reference of the current occurrence in `wood`; null when the signal
@@ -330,10 +331,15 @@ public:
     // process: false when findCurrentSignalRef finds nothing.
     bool findBddIds(Module* module, Bddexpressionwood* wood, long& status, long& value) const;
 
-    // ---- Value type: "pure" when not valued.
+    // ---- Value type: "pure" when not valued. Through getSignalRef, so fatal
+    // for a signal without an occurrence in the module's wood.
     bool isValued(Module* module) const;
     std::string getValueType(Module* module) const;
     void setValueType(const std::string& type, Module* module);
+    // The same answer as getValueType without ending the process: a signal
+    // without an occurrence in the module's wood answers with the type of
+    // the reference named by its internal name.
+    std::string findValueType(Module* module) const;
 
     // ---- Variable indices and variables (fatal when missing).
     long getBddStatusId(Module* module, Bddexpressionwood* wood) const;

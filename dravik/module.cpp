@@ -357,16 +357,20 @@ void Module::update_user_type()
     Bddexpressionwood* wood = getBddWood();
     if (!wood)
         return;
-    long status = 0;
-    long value = 0;
+    // Each signal is asked for its variables in the wood, so a second
+    // declaration of a name (a signal without an occurrence there) ends the
+    // process here, as the loader's other questions about it do.
+    bddpp_manager* manager = wood->getManager();
+    auto status_of = [&](Signal* s) { return manager->Index_var_by_bdd(s->getBddStatus(this, wood)); };
+    auto value_of = [&](Signal* s) { return manager->Index_var_by_bdd(s->getBddValue(this, wood)); };
     for (Signal* s : *output_signal_list) {
-        if (s && s->findBddIds(this, wood, status, value)) {
-            set_user_type(wood, status, Compilation::SOUTPUT);
-            set_user_type(wood, value, Compilation::VOUTPUT);
-        }
+        if (!s)
+            continue;
+        set_user_type(wood, status_of(s), Compilation::SOUTPUT);
+        set_user_type(wood, value_of(s), Compilation::VOUTPUT);
     }
     for (Signal* s : *local_signal_list) {
-        if (!s || !s->findCurrentSignalRef(this, wood))
+        if (!s)
             continue;
         if (s->isRegister())
             mark_pairs(wood, s->getAllBddId(this, wood), Compilation::SREG, Compilation::VREG);
@@ -375,8 +379,10 @@ void Module::update_user_type()
     }
     for (memorizedSignal* m : *pre_signal_list) {
         Signal* actual = m ? m->actual() : nullptr;
-        if (!actual || !actual->findBddIds(this, wood, status, value))
+        if (!actual)
             continue;
+        const std::int64_t status = status_of(actual);
+        const std::int64_t value = value_of(actual);
         Bddexpression* e = equation_at(wood, status);
         if (e && e->getUserType() != Compilation::SOUTPUT && e->getUserType() != Compilation::SINPUT)
             e->setUserType(Compilation::SUSEDPRE);

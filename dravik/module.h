@@ -171,8 +171,8 @@ public:
 
     // Marks each equation of the wood with its role (Compilation::SOUTPUT
     // ...): outputs, then local registers and clocks, then the signals that
-    // memorized signals copy. Signals without an occurrence in the wood are
-    // passed over.
+    // memorized signals copy. A signal so marked that has no occurrence in
+    // the wood (a name declared twice) ends the process.
     void update_user_type();
     void loose_first_underscore_in_name_variables();
 

@@ -17,6 +17,10 @@ class Signal;
 // "integration NAME: TYPE" ("no integration ..." when skipped).
 std::list<bix_declaration_variables> convert_IXC_IO(const std::list<Signal*>* signals, Module* module);
 
+// The run declaration of a loaded module: the path and file name given, the
+// module's name, its typed inputs and outputs through convert_IXC_IO.
+bix_declaration_ixcmodule run_declaration(Module& module, const std::string& path, const std::string& file_name);
+
 // Loads <path><module_name>.ixc (its trace beside it) and makes the run
 // declaration of it: the path, the file and module names as given, the
 // typed inputs and outputs. False, with the loader's message on standard

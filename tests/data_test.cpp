@@ -146,7 +146,12 @@ TEST_F(DataExprTypesDeathTest, TypeErrorsAreFatal)
     DataSignalValue not_valued(pure);
     EXPECT_EXIT(not_valued.computeType(&m), ExitedWithCode(1),
                 HasSubstr("signal not valued Error: Undefined type: p\n"));
+    // In another module the signal has no occurrence until it is given one;
+    // with one, that module's manager still has no reference of it.
     Module other("o");
+    EXPECT_EXIT(not_valued.computeType(&other), ExitedWithCode(1),
+                HasSubstr("Signal:getCurrentOccurrence: no current occurrence for the considered wood:"));
+    pure->setCurrentOccurrence(other.getBddWood(), 0);
     EXPECT_EXIT(not_valued.computeType(&other), ExitedWithCode(1),
                 HasSubstr("undefined signal Error: Undefined type: p\n"));
     DataUnaryOp empty(DataExpr::Not, nullptr);

@@ -278,6 +278,83 @@ TEST(ReaderDeathTest, AnUnknownPureInterfaceSignalEndsTheProcess)
                           "  --> authorised signals:\np\n"));
 }
 
+// A name declared twice: the second signal finds the first one's reference
+// and gets no occurrence in the wood. The load ends wherever a step asks it
+// for its occurrence (its type set, its equations marked, its variables
+// dated) and goes on where the lookups by name find the first declaration.
+testing::Matcher<const std::string&> no_occurrence_of(const std::string& name)
+{
+    return testing::AllOf(HasSubstr("Signal:getCurrentOccurrence: no current occurrence for the considered wood:"),
+                          HasSubstr("  for signal:" + name + "\n"));
+}
+
+TEST(ReaderDeathTest, ASecondDeclarationAskedForItsOccurrenceEndsTheLoad)
+{
+    const std::string dated = "binding:\nend:\nevaltable:\nend:\n";
+    const struct {
+        const char* declarations;
+        std::string after;
+        const char* name;
+    } cases[] = {
+        {"output: o o ;\n", "", "o"},                                         // output equations marked
+        {"input: a ;\noutput: a ;\n", "", "a"},
+        {"input: a ;\nlocal: a : int ;\n", "", "a"},                          // its type set
+        {"input: a a : int ;\n", "", "a"},
+        {"input: a ;\nlocal: a n ;\nregister:\nn a 0 ;\n", "", "a"},          // a local register marked
+        {"local: v : int ;\nmemorized:\nv_pre v ;\nv_pre v ;\n", "", "v_pre"}, // the copy takes v's type
+        {"input: a ;\nlocal: a ;\n", dated, "a"},                              // locals dated
+    };
+    for (const auto& c : cases)
+        EXPECT_EXIT(load_uncaptured(module_text(c.declarations, no_equations + c.after)), ExitedWithCode(1),
+                    no_occurrence_of(c.name))
+            << c.declarations;
+    // The shape that once loaded with the local's type shown on the input.
+    EXPECT_EXIT(load_uncaptured("module: d 0 0 input: a ; local: a : int ; connexion: s r t ; "
+                                "equation_def: 0 expressions: end:"),
+                ExitedWithCode(1), no_occurrence_of("a"));
+}
+
+TEST_F(ReaderTest, ASecondDeclarationThatNothingAsksAboutLoadsBesideTheFirst)
+{
+    // An input listed twice: one pair of variables, the first signal found.
+    load_result r = load_text(module_text("input: a a ;\ndata_signal: d d ;\n", no_equations));
+    ASSERT_NE(r.module, nullptr) << r.err;
+    EXPECT_EQ(r.err, "");
+    Module* m = r.module.get();
+    Bddexpressionwood* w = m->getBddWood();
+    EXPECT_EQ(original_names(*m->getInputSignalList()), (std::vector<std::string>{"a", "a"}));
+    EXPECT_EQ(m->getInputSignal("a"), m->getInputSignalList()->front());
+    EXPECT_FALSE(m->getInputSignalList()->back()->hasCurrentOccurrence(w));
+    EXPECT_FALSE(m->getDataSignalList()->back()->hasCurrentOccurrence(w));
+    EXPECT_EQ(variable_names(*m), (std::vector<std::string>{"_s_a", "_v_a", "_s_d", "_v_d", "_s_set", "_v_set",
+                                                            "_s_reset", "_v_reset", "_s_rtl", "_v_rtl"}));
+
+    // An input and an untyped local: the input keeps its own type.
+    r = load_text(module_text("input: a : int ;\nlocal: a ;\n", no_equations));
+    ASSERT_NE(r.module, nullptr) << r.err;
+    m = r.module.get();
+    Signal* local = m->getLocalSignalList()->front();
+    EXPECT_EQ(m->getSignal("a"), m->getInputSignalList()->front());
+    EXPECT_EQ(m->getInputSignal("a")->getValueType(m), "int");
+    EXPECT_FALSE(local->hasCurrentOccurrence(m->getBddWood()));
+    EXPECT_TRUE(local->isLocal());
+
+    // A local listed twice, its second declaration untyped: the memorized
+    // copy takes the first one's type. A copy of an untyped signal declared
+    // again is a second signal without occurrence, its actual signal the same.
+    r = load_text(module_text("local: v : int v u ;\nmemorized:\nv_pre v ;\nu_pre u ;\nu_pre u ;\n", no_equations));
+    ASSERT_NE(r.module, nullptr) << r.err;
+    m = r.module.get();
+    const std::vector<memorizedSignal*> pres(m->getPreSignalList()->begin(), m->getPreSignalList()->end());
+    ASSERT_EQ(pres.size(), 3u);
+    EXPECT_EQ(pres[0]->pre()->getValueType(m), "int");
+    EXPECT_EQ(pres[0]->actual(), m->getLocalSignalList()->front());
+    EXPECT_NE(pres[1]->pre(), pres[2]->pre());
+    EXPECT_FALSE(pres[2]->pre()->hasCurrentOccurrence(m->getBddWood()));
+    EXPECT_EQ(pres[2]->actual(), pres[1]->actual());
+    EXPECT_EQ(m->getPreSignal("u_pre"), pres[1]->pre());
+}
+
 TEST_F(ReaderTest, NodeLinesOutsideTheAnnouncedCountAreSkipped)
 {
     const std::string nodes = "0 : -1 : 0 : 0 , 1\n1 : 0 : 0 : 0 , -1\n2 : 0 : 0 : 0 , 1\n-1 : 0 : 0 : 0 , 1\n";

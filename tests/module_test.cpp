@@ -166,10 +166,11 @@ TEST(ModuleUserTypes, EquationsAreMarkedByTheirSignalsRoles)
     reg->setRegister();
     clk->setClock();
     reg->newOccurrence(w, &m); // 14, 15
-    Signal* twice = new Signal("out", "out", &m, w); // a second declaration, no occurrence
+    Signal* twice = new Signal("l", "l", &m, w); // a second declaration, no occurrence, no role
+    twice->setLocal();
     m.setInputSignalList(list_of({in}));
-    m.setOutputSignalList(list_of({out, twice}));
-    m.setLocalSignalList(list_of({reg, clk, used}));
+    m.setOutputSignalList(list_of({out}));
+    m.setLocalSignalList(list_of({reg, clk, used, twice}));
     m.setPreSignalList(new std::list<memorizedSignal*>{new memorizedSignal(pre, used, "0"),
                                                        new memorizedSignal(pre_out, out, ""),
                                                        new memorizedSignal(pre, nullptr, "")});
@@ -182,6 +183,33 @@ TEST(ModuleUserTypes, EquationsAreMarkedByTheirSignalsRoles)
     using C = Compilation;
     EXPECT_EQ(types, (std::vector<int>{0, 0, C::SOUTPUT, C::VOUTPUT, C::SREG, C::VREG, C::SCLOCK, C::VCLOCK,
                                        C::SUSEDPRE, C::VUSEDPRE, 0, 0, 0, 0, C::SREG, C::VREG}));
+}
+
+// A second declaration of a name has no occurrence in the wood: marking it
+// asks for one and ends the process, whatever role it was given.
+TEST(ModuleUserTypesDeathTest, ASignalMarkedWithoutOccurrenceEndsTheProcess)
+{
+    const auto second = [](const char* role) {
+        Module* m = new Module("m");
+        Signal* first = signal_of(*m, "a");
+        Signal* again = new Signal("a", "a", m, m->getBddWood());
+        const std::string r = role;
+        if (r == "output") {
+            m->setOutputSignalList(list_of({first, again}));
+        } else if (r == "pre") {
+            Signal* pre = signal_of(*m, "p");
+            m->setPreSignalList(new std::list<memorizedSignal*>{new memorizedSignal(pre, again, "")});
+        } else {
+            again->setLocal();
+            r == "register" ? again->setRegister() : again->setClock();
+            m->setLocalSignalList(list_of({first, again}));
+        }
+        m->update_user_type();
+    };
+    for (const char* role : {"output", "register", "clock", "pre"})
+        EXPECT_EXIT(second(role), ExitedWithCode(1),
+                    HasSubstr("Signal:getCurrentOccurrence: no current occurrence for the considered wood:"))
+            << role;
 }
 
 TEST(ModuleUserTypes, MissingEquationsAreSkippedSilently)

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+
 using ::testing::ExitedWithCode;
 using ::testing::HasSubstr;
 using namespace dravik_test;
@@ -74,7 +76,8 @@ TEST_F(SignalTest, TheTwoConstructorsTreatAnExistingNameDifferently)
     EXPECT_TRUE(shared->findBddIds(&m, w, s, v));
     EXPECT_EQ(std::make_pair(s, v), std::make_pair(0L, 1L));
     first->setValueType("int", &m);
-    EXPECT_EQ(second->getValueType(&m), "int");
+    EXPECT_EQ(second->findValueType(&m), "int");
+    EXPECT_EQ(shared->findValueType(&m), "int");
 }
 
 TEST_F(SignalDeathTest, ASecondDeclarationHasNoCurrentOccurrence)
@@ -86,6 +89,12 @@ TEST_F(SignalDeathTest, ASecondDeclarationHasNoCurrentOccurrence)
                                  HasSubstr("  for signal:x\n"), ::testing::Not(HasSubstr("Illegal operation"))));
     EXPECT_EXIT(second->getBddStatusId(&m, w), ExitedWithCode(1),
                 HasSubstr("Error: Illegal operation!\nSignal::getBddStatusId: no current occurrence for this woodx\n"));
+    // Its value type is read and set through its current occurrence too.
+    for (auto query : std::vector<std::function<void()>>{[&] { second->getValueType(&m); },
+                                                         [&] { second->isValued(&m); },
+                                                         [&] { second->setValueType("int", &m); },
+                                                         [&] { second->getName(&m); }})
+        EXPECT_EXIT(query(), ExitedWithCode(1), HasSubstr("no current occurrence for the considered wood:"));
 }
 
 TEST_F(SignalTest, RolesSetTheirImpliedFlagsAndTheEquationTypes)

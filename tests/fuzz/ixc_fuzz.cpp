@@ -39,7 +39,7 @@ void exercise(Module& m)
                                      m.getLocalSignalList()}) {
         for (Signal* s : *list) {
             long status = 0, value = 0;
-            s->getValueType(&m);
+            s->findValueType(&m);
             if (s->findBddIds(&m, wood, status, value))
                 m.getSignalById(status, wood);
         }
