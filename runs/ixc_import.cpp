@@ -24,16 +24,21 @@ std::list<bix_declaration_variables> convert_IXC_IO(const std::list<Signal*>* si
     return declarations;
 }
 
-bool declare_run(const std::string& path, const std::string& module_name, bix_declaration_ixcmodule& run)
+std::string ixc_file_name(const std::string& path, const std::string& file_name)
+{
+    return path + file_name + ".ixc";
+}
+
+bool declare_run(const std::string& path, const std::string& file_name, bix_declaration_ixcmodule& run)
 {
     std::string instance;
-    const std::unique_ptr<Module> module(parse_IXC(path + module_name + ".ixc", instance));
+    const std::unique_ptr<Module> module(parse_IXC(ixc_file_name(path, file_name), instance));
     if (!module)
         return false;
     const std::list<bix_declaration_variables> inputs =
         convert_IXC_IO(module->getInputSignalList(), module.get());
     const std::list<bix_declaration_variables> outputs =
         convert_IXC_IO(module->getOutputSignalList(), module.get());
-    run = bix_declaration_ixcmodule(path, module_name, module->getName(), inputs, outputs);
+    run = bix_declaration_ixcmodule(path, file_name, module->getName(), inputs, outputs);
     return true;
 }
