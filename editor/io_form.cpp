@@ -42,31 +42,21 @@ int OFD_IO_form::activation(const std::list<std::string>& in_use)
 {
     io_monitor_list list(table, in_use);
     show_monitor_lines(browser_selection, list.lines(), false);
-    open_monitor(IO_form, caller_form, title.c_str());
-    input_signal->take_focus();
-    int result = -1;
-    while (result < 0) {
-        Fl_Widget* w = next_monitor_event();
-        if (w == add_button || w == input_signal) {
-            const int chosen = fl_get_choice(type_button);
-            const std::string type =
-                chosen >= 1 && static_cast<std::size_t>(chosen) <= type_names.size() ? type_names[chosen - 1] : "pure";
-            if (list.add(type, fl_get_input(input_signal))) {
-                fl_set_input(input_signal, "");
-                show_monitor_lines(browser_selection, list.lines(), true);
-            }
-            input_signal->take_focus();
-        } else if (w == del_button) {
-            if (list.del(selected_monitor_line(browser_selection)))
-                show_monitor_lines(browser_selection, list.lines(), false);
-        } else if (w == ok_button) {
-            result = 1;
-        } else if (w == cancel_button || !IO_form->shown()) {
-            result = 0;
-        }
-    }
+    const int result = run_monitor(IO_form, caller_form, title.c_str(), input_signal, ok_button, cancel_button,
+                                   [&](Fl_Widget* w) { dispatch(list, w); });
     if (result == 1)
         pliste_IO = list.result();
-    close_monitor(IO_form, caller_form);
     return result;
+}
+
+void OFD_IO_form::dispatch(io_monitor_list& list, Fl_Widget* w)
+{
+    if (w == add_button || w == input_signal) {
+        const int chosen = fl_get_choice(type_button);
+        const bool known = chosen >= 1 && static_cast<std::size_t>(chosen) <= type_names.size();
+        const bool added = list.add(known ? type_names[chosen - 1] : "pure", fl_get_input(input_signal));
+        monitor_added(added, input_signal, browser_selection, list.lines());
+    } else if (w == del_button) {
+        monitor_delete(list, browser_selection);
+    }
 }

@@ -14,7 +14,9 @@ class Fl_Browser;
 class Fl_Button;
 class Fl_Choice;
 class Fl_Input;
+class Fl_Widget;
 class Fl_Window;
+class io_monitor_list;
 
 class OFD_IO_form {
 public:
@@ -52,6 +54,8 @@ private:
     std::vector<bix_declaration_variables> table;
     std::vector<std::string> type_names;
     std::vector<std::string> type_labels;
+
+    void dispatch(io_monitor_list& list, Fl_Widget* w);
 };
 
 #endif

@@ -16,8 +16,6 @@ const char* const type_in_use = " is actually using by a I/O or a run: operation
 const char* const no_module = "no module loaded: browse to a compiled module first";
 const char* const not_loaded = "ERROR about loading file : ";
 
-bool in_range(int line, std::size_t size) { return line >= 0 && static_cast<std::size_t>(line) < size; }
-
 }  // namespace
 
 std::string io_line(const bix_declaration_variables& v)
@@ -67,12 +65,14 @@ ixc_choice split_ixc_path(const std::string& chosen)
     return choice;
 }
 
-monitor_list::monitor_list(const std::list<std::string>& in_use, const std::string& k, const std::string& text)
+template <class T>
+monitor_list<T>::monitor_list(const std::list<std::string>& in_use, const std::string& k, const std::string& text)
     : names_in_use(in_use), kind(k), in_use_text(text)
 {
 }
 
-bool monitor_list::acceptable(const std::string& name) const
+template <class T>
+bool monitor_list<T>::acceptable(const std::string& name) const
 {
     if (!checkvarname_with_pre_underscore(name)) {
         editor_dialogs().message("\"" + name + "\"\n is not a correct " + kind + " name");
@@ -85,38 +85,40 @@ bool monitor_list::acceptable(const std::string& name) const
     return true;
 }
 
-bool monitor_list::deletable(int line) const
+template <class T>
+bool monitor_list<T>::del(int line)
 {
-    if (!in_range(line, line_names.size()))
+    if (line < 0 || static_cast<std::size_t>(line) >= line_names.size())
         return false;
     const std::string& name = line_names[line];
     if (std::find(names_in_use.begin(), names_in_use.end(), name) != names_in_use.end()) {
         editor_dialogs().message(name + in_use_text);
         return false;
     }
+    browser_lines.erase(browser_lines.begin() + line);
+    line_names.erase(line_names.begin() + line);
+    entries.erase(entries.begin() + line);
     return true;
 }
 
-void monitor_list::append(const std::string& line, const std::string& name)
+template <class T>
+void monitor_list<T>::append(const std::string& line, const std::string& name, const T& entry)
 {
     browser_lines.push_back(line);
     line_names.push_back(name);
+    entries.push_back(entry);
 }
 
-void monitor_list::erase(int line)
-{
-    browser_lines.erase(browser_lines.begin() + line);
-    line_names.erase(line_names.begin() + line);
-}
+template class monitor_list<bix_declaration_variables>;
+template class monitor_list<std::string>;
+template class monitor_list<bix_declaration_ixcmodule>;
 
-io_monitor_list::io_monitor_list(const std::vector<bix_declaration_variables>& t,
+io_monitor_list::io_monitor_list(const std::vector<bix_declaration_variables>& table,
                                  const std::list<std::string>& in_use)
-    : monitor_list(in_use, "variable", signal_in_use), table(t)
+    : monitor_list(in_use, "variable", signal_in_use)
 {
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        append(io_line(table[i]), table[i].mon_nom());
-        origins.push_back(static_cast<int>(i));
-    }
+    for (const bix_declaration_variables& v : table)
+        append(io_line(v), v.mon_nom(), v);
 }
 
 bool io_monitor_list::add(const std::string& type, const std::string& field)
@@ -124,33 +126,16 @@ bool io_monitor_list::add(const std::string& type, const std::string& field)
     const std::string name = trim_blanks(field);
     if (name.empty() || !acceptable(name))
         return false;
-    append(io_line(bix_declaration_variables(name, type)), name);
-    origins.push_back(-1);
+    const std::string line = io_line(bix_declaration_variables(name, type));
+    append(line, name, parse_io_line(line));
     return true;
-}
-
-bool io_monitor_list::del(int line)
-{
-    if (!deletable(line))
-        return false;
-    erase(line);
-    origins.erase(origins.begin() + line);
-    return true;
-}
-
-std::list<bix_declaration_variables> io_monitor_list::result() const
-{
-    std::list<bix_declaration_variables> declarations;
-    for (std::size_t i = 0; i < origins.size(); ++i)
-        declarations.push_back(origins[i] >= 0 ? table[origins[i]] : parse_io_line(lines()[i]));
-    return declarations;
 }
 
 type_monitor_list::type_monitor_list(const std::vector<std::string>& table, const std::list<std::string>& in_use)
-    : monitor_list(in_use, "type", type_in_use), types(table)
+    : monitor_list(in_use, "type", type_in_use)
 {
-    for (const std::string& t : types)
-        append(t, t);
+    for (const std::string& t : table)
+        append(t, t, t);
 }
 
 bool type_monitor_list::add(const std::string& field)
@@ -158,28 +143,16 @@ bool type_monitor_list::add(const std::string& field)
     const std::string name = trim_blanks(field);
     if (name.empty() || !acceptable(name))
         return false;
-    append(name, name);
-    types.push_back(name);
+    append(name, name, name);
     return true;
 }
-
-bool type_monitor_list::del(int line)
-{
-    if (!deletable(line))
-        return false;
-    erase(line);
-    types.erase(types.begin() + line);
-    return true;
-}
-
-std::list<std::string> type_monitor_list::result() const { return {types.begin(), types.end()}; }
 
 prog_monitor_list::prog_monitor_list(const std::vector<bix_declaration_ixcmodule>& table,
                                      const std::list<std::string>& in_use)
-    : monitor_list(in_use, "RUN", signal_in_use), runs(table)
+    : monitor_list(in_use, "RUN", signal_in_use)
 {
-    for (const bix_declaration_ixcmodule& run : runs)
-        append(prog_line(run), run.nom_module());
+    for (const bix_declaration_ixcmodule& run : table)
+        append(prog_line(run), run.nom_module(), run);
 }
 
 bool prog_monitor_list::browse()
@@ -219,22 +192,10 @@ bool prog_monitor_list::add(const std::string& module_field)
     const bix_declaration_ixcmodule run(loaded_run.chemin(), loaded_run.nom_fichier(), name,
                                         {loaded_run.ma_table_inputs().begin(), loaded_run.ma_table_inputs().end()},
                                         {loaded_run.ma_table_outputs().begin(), loaded_run.ma_table_outputs().end()});
-    append(prog_line(run), name);
-    runs.push_back(run);
+    append(prog_line(run), name, run);
     loaded = false;
     modulename.clear();
     filename.clear();
     path.clear();
     return true;
 }
-
-bool prog_monitor_list::del(int line)
-{
-    if (!deletable(line))
-        return false;
-    erase(line);
-    runs.erase(runs.begin() + line);
-    return true;
-}
-
-std::list<bix_declaration_ixcmodule> prog_monitor_list::result() const { return {runs.begin(), runs.end()}; }

@@ -38,11 +38,18 @@ struct ixc_choice {
 };
 ixc_choice split_ixc_path(const std::string& chosen);
 
-// What the three lists share: lines, the name each line declares, and the
-// refusals of names and deletions.
+// What the three lists share: lines, the name each line declares, the
+// entries behind them (handed back on OK), and the refusals of names and
+// deletions.
+template <class T>
 class monitor_list {
 public:
     const std::vector<std::string>& lines() const { return browser_lines; }
+    // "del ..." on line `line` (0-based; anything else does nothing): true
+    // when deleted; an entry in use stays, after its refusal.
+    bool del(int line);
+    // The table on OK, in line order.
+    std::list<T> result() const { return {entries.begin(), entries.end()}; }
 
 protected:
     // `kind` ends the bad-name text ("variable", "type", "RUN"); `in_use_text`
@@ -52,22 +59,21 @@ protected:
     // True when the (trimmed) name passes the rule and is not declared yet;
     // otherwise its refusal has been shown.
     bool acceptable(const std::string& name) const;
-    // True when `line` is a line whose name is not in use; a line in use has
-    // its refusal shown.
-    bool deletable(int line) const;
-    void append(const std::string& line, const std::string& name);
-    void erase(int line);
+    void append(const std::string& line, const std::string& name, const T& entry);
 
 private:
     std::vector<std::string> browser_lines;
     std::vector<std::string> line_names;
+    std::vector<T> entries;
     std::list<std::string> names_in_use;
     std::string kind;
     std::string in_use_text;
 };
 
-// The signal monitor ("INPUTS", "OUTPUTS", "LOCALS").
-class io_monitor_list : public monitor_list {
+// The signal monitor ("INPUTS", "OUTPUTS", "LOCALS"). Entries shown when it
+// opened come back exactly as they were; added ones are read back from their
+// lines.
+class io_monitor_list : public monitor_list<bix_declaration_variables> {
 public:
     io_monitor_list(const std::vector<bix_declaration_variables>& table, const std::list<std::string>& in_use);
 
@@ -75,35 +81,20 @@ public:
     // true when a line was added (the field is then cleared); an empty name
     // does nothing.
     bool add(const std::string& type, const std::string& field);
-    // "del signal" on line `line` (0-based; anything else does nothing).
-    bool del(int line);
-    // The table on OK: entries shown when the monitor opened exactly as they
-    // were, added ones read back from their lines.
-    std::list<bix_declaration_variables> result() const;
-
-private:
-    std::vector<bix_declaration_variables> table;
-    // Per line, the table entry it shows, or -1 for an added line.
-    std::vector<int> origins;
 };
 
 // The types monitor.
-class type_monitor_list : public monitor_list {
+class type_monitor_list : public monitor_list<std::string> {
 public:
     type_monitor_list(const std::vector<std::string>& table, const std::list<std::string>& in_use);
 
     bool add(const std::string& field);
-    bool del(int line);
-    std::list<std::string> result() const;
-
-private:
-    std::vector<std::string> types;
 };
 
 // The runs monitor ("IXC modules"): browsing loads a module and fills the
 // three fields; "add run" declares the module loaded last under the name
 // in the "Module name" field.
-class prog_monitor_list : public monitor_list {
+class prog_monitor_list : public monitor_list<bix_declaration_ixcmodule> {
 public:
     prog_monitor_list(const std::vector<bix_declaration_ixcmodule>& table, const std::list<std::string>& in_use);
 
@@ -115,8 +106,6 @@ public:
     // "add run" with the "Module name" field's text: true when a line was
     // added (the fields are then cleared).
     bool add(const std::string& module_field);
-    bool del(int line);
-    std::list<bix_declaration_ixcmodule> result() const;
 
     // What the three fields show.
     const std::string& modulename_field() const { return modulename; }
@@ -124,7 +113,6 @@ public:
     const std::string& path_field() const { return path; }
 
 private:
-    std::vector<bix_declaration_ixcmodule> runs;
     std::string modulename;
     std::string filename;
     std::string path;

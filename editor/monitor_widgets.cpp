@@ -62,24 +62,36 @@ void show_monitor_lines(Fl_Browser* browser, const std::vector<std::string>& lin
 
 int selected_monitor_line(Fl_Browser* browser) { return browser->value() - 1; }
 
-Fl_Widget* next_monitor_event()
+void monitor_added(bool added, Fl_Input* field, Fl_Browser* browser, const std::vector<std::string>& lines)
 {
-    Fl::check();
-    Fl_Widget* w = Fl::readqueue();
-    usleep(1000);
-    return w;
+    if (added) {
+        fl_set_input(field, "");
+        show_monitor_lines(browser, lines, true);
+    }
+    field->take_focus();
 }
 
-void open_monitor(Fl_Window* form, Fl_Window* caller, const char* title)
+int run_monitor(Fl_Window* form, Fl_Window* caller, const char* title, Fl_Widget* focus, Fl_Widget* ok,
+                Fl_Widget* cancel, const std::function<void(Fl_Widget*)>& dispatch)
 {
     if (caller)
         fl_deactivate_form(caller);
     fl_show_form(form, FL_PLACE_MOUSE, FL_TRANSIENT, title);
-}
-
-void close_monitor(Fl_Window* form, Fl_Window* caller)
-{
+    focus->take_focus();
+    int result = -1;
+    while (result < 0) {
+        Fl::check();
+        Fl_Widget* w = Fl::readqueue();
+        if (w == ok)
+            result = 1;
+        else if (w == cancel || !form->shown())
+            result = 0;
+        else if (w)
+            dispatch(w);
+        usleep(1000);
+    }
     fl_hide_form(form);
     if (caller)
         fl_activate_form(caller);
+    return result;
 }

@@ -4,6 +4,7 @@
 // The widgets and the polling the three declaration monitors share. Each is
 // made with the forms calls inside the form being built.
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,13 +31,24 @@ Fl_Browser* add_monitor_browser(int x, int y, int w, int h);
 void show_monitor_lines(Fl_Browser* browser, const std::vector<std::string>& lines, bool show_last);
 // The selected line, 0-based, or -1.
 int selected_monitor_line(Fl_Browser* browser);
+// After "add ...": when a line was added the name field is emptied and the
+// list shown down to its new last line; the keyboard goes back to the field
+// either way (a refused name stays there, selected, to be typed over).
+void monitor_added(bool added, Fl_Input* field, Fl_Browser* browser, const std::vector<std::string>& lines);
+// "del ...": the selected line goes unless `list` refuses.
+template <class L>
+void monitor_delete(L& list, Fl_Browser* browser)
+{
+    if (list.del(selected_monitor_line(browser)))
+        show_monitor_lines(browser, list.lines(), false);
+}
 
-// One turn of a form's loop: the widget the toolkit queued, or null after
-// a 1 ms pause when nothing was.
-Fl_Widget* next_monitor_event();
-
-// Shows `form` modally over `caller` (disabled meanwhile, when not null).
-void open_monitor(Fl_Window* form, Fl_Window* caller, const char* title);
-void close_monitor(Fl_Window* form, Fl_Window* caller);
+// Shows `form` modally over `caller` (disabled meanwhile, when not null),
+// with the keyboard in `focus`, and polls the forms queue as the main window
+// does, passing every widget other than `ok` and `cancel` to `dispatch`.
+// Returns 1 on `ok`, 0 on `cancel` or when the window was closed, after
+// hiding the form and enabling `caller` again.
+int run_monitor(Fl_Window* form, Fl_Window* caller, const char* title, Fl_Widget* focus, Fl_Widget* ok,
+                Fl_Widget* cancel, const std::function<void(Fl_Widget*)>& dispatch);
 
 #endif

@@ -48,32 +48,25 @@ int OFD_PROG_form::activation(const std::list<std::string>& in_use)
 {
     prog_monitor_list list(table, in_use);
     show_monitor_lines(browser_selection, list.lines(), false);
-    open_monitor(PROG_form, caller_form, form_title);
-    prog_modulename->take_focus();
-    int result = -1;
-    while (result < 0) {
-        Fl_Widget* w = next_monitor_event();
-        if (w == browse_button) {
-            if (list.browse())
-                show_fields(list, prog_modulename, prog_filename, prog_path);
-            prog_modulename->take_focus();
-        } else if (w == add_button || w == prog_modulename) {
-            if (list.add(fl_get_input(prog_modulename))) {
-                show_fields(list, prog_modulename, prog_filename, prog_path);
-                show_monitor_lines(browser_selection, list.lines(), true);
-            }
-            prog_modulename->take_focus();
-        } else if (w == del_button) {
-            if (list.del(selected_monitor_line(browser_selection)))
-                show_monitor_lines(browser_selection, list.lines(), false);
-        } else if (w == ok_button) {
-            result = 1;
-        } else if (w == cancel_button || !PROG_form->shown()) {
-            result = 0;
-        }
-    }
+    const int result = run_monitor(PROG_form, caller_form, form_title, prog_modulename, ok_button, cancel_button,
+                                   [&](Fl_Widget* w) { dispatch(list, w); });
     if (result == 1)
         pliste_prog = list.result();
-    close_monitor(PROG_form, caller_form);
     return result;
+}
+
+void OFD_PROG_form::dispatch(prog_monitor_list& list, Fl_Widget* w)
+{
+    if (w == browse_button) {
+        if (list.browse())
+            show_fields(list, prog_modulename, prog_filename, prog_path);
+        prog_modulename->take_focus();
+    } else if (w == add_button || w == prog_modulename) {
+        const bool added = list.add(fl_get_input(prog_modulename));
+        if (added)
+            show_fields(list, prog_modulename, prog_filename, prog_path);
+        monitor_added(added, prog_modulename, browser_selection, list.lines());
+    } else if (w == del_button) {
+        monitor_delete(list, browser_selection);
+    }
 }

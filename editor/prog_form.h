@@ -13,7 +13,9 @@
 class Fl_Browser;
 class Fl_Button;
 class Fl_Input;
+class Fl_Widget;
 class Fl_Window;
+class prog_monitor_list;
 
 class OFD_PROG_form {
 public:
@@ -47,6 +49,8 @@ private:
     std::list<bix_declaration_ixcmodule> pliste_prog;
 
     std::vector<bix_declaration_ixcmodule> table;
+
+    void dispatch(prog_monitor_list& list, Fl_Widget* w);
 };
 
 #endif

@@ -33,28 +33,18 @@ int OFD_TYPE_form::activation(const std::list<std::string>& in_use)
 {
     type_monitor_list list(table, in_use);
     show_monitor_lines(browser_selection, list.lines(), false);
-    open_monitor(TYPE_form, caller_form, form_title);
-    input_signal->take_focus();
-    int result = -1;
-    while (result < 0) {
-        Fl_Widget* w = next_monitor_event();
-        if (w == add_button || w == input_signal) {
-            if (list.add(fl_get_input(input_signal))) {
-                fl_set_input(input_signal, "");
-                show_monitor_lines(browser_selection, list.lines(), true);
-            }
-            input_signal->take_focus();
-        } else if (w == del_button) {
-            if (list.del(selected_monitor_line(browser_selection)))
-                show_monitor_lines(browser_selection, list.lines(), false);
-        } else if (w == ok_button) {
-            result = 1;
-        } else if (w == cancel_button || !TYPE_form->shown()) {
-            result = 0;
-        }
-    }
+    const int result = run_monitor(TYPE_form, caller_form, form_title, input_signal, ok_button, cancel_button,
+                                   [&](Fl_Widget* w) { dispatch(list, w); });
     if (result == 1)
         pliste_TYPE = list.result();
-    close_monitor(TYPE_form, caller_form);
     return result;
+}
+
+void OFD_TYPE_form::dispatch(type_monitor_list& list, Fl_Widget* w)
+{
+    if (w == add_button || w == input_signal) {
+        monitor_added(list.add(fl_get_input(input_signal)), input_signal, browser_selection, list.lines());
+    } else if (w == del_button) {
+        monitor_delete(list, browser_selection);
+    }
 }

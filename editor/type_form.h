@@ -11,7 +11,9 @@
 class Fl_Browser;
 class Fl_Button;
 class Fl_Input;
+class Fl_Widget;
 class Fl_Window;
+class type_monitor_list;
 
 class OFD_TYPE_form {
 public:
@@ -42,6 +44,8 @@ private:
     std::list<std::string> pliste_TYPE;
 
     std::vector<std::string> table;
+
+    void dispatch(type_monitor_list& list, Fl_Widget* w);
 };
 
 #endif
