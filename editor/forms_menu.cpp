@@ -29,11 +29,12 @@ std::vector<forms_menu_entry> parse_forms_menu(const std::string& items)
     return entries;
 }
 
-void set_forms_menu(Fl_Menu_* menu, const std::string& items, std::vector<std::string>& labels)
+namespace {
+
+void set_menu_entries(Fl_Menu_* menu, const std::vector<forms_menu_entry>& entries, std::vector<std::string>& labels)
 {
     // The old items go before their labels do.
     menu->clear();
-    const std::vector<forms_menu_entry> entries = parse_forms_menu(items);
     labels.clear();
     labels.reserve(entries.size());
     for (const forms_menu_entry& e : entries)
@@ -50,4 +51,19 @@ void set_forms_menu(Fl_Menu_* menu, const std::string& items, std::vector<std::s
     std::memset(&array.back(), 0, sizeof(Fl_Menu_Item));
     if (!entries.empty())
         menu->copy(array.data());
+}
+
+}  // namespace
+
+void set_forms_menu(Fl_Menu_* menu, const std::string& items, std::vector<std::string>& labels)
+{
+    set_menu_entries(menu, parse_forms_menu(items), labels);
+}
+
+void set_menu_labels(Fl_Menu_* menu, const std::vector<std::string>& names, std::vector<std::string>& labels)
+{
+    std::vector<forms_menu_entry> entries;
+    for (const std::string& name : names)
+        entries.push_back({name, false, false});
+    set_menu_entries(menu, entries, labels);
 }

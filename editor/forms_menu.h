@@ -26,5 +26,8 @@ std::vector<forms_menu_entry> parse_forms_menu(const std::string& items);
 // they live in `labels`, which the caller keeps as long as the menu and
 // passes again, untouched in between, for the next set.
 void set_forms_menu(Fl_Menu_* menu, const std::string& items, std::vector<std::string>& labels);
+// The same with one item per name, each label exactly the name ("|" and "/"
+// included), so item n is always names[n - 1].
+void set_menu_labels(Fl_Menu_* menu, const std::vector<std::string>& names, std::vector<std::string>& labels);
 
 #endif

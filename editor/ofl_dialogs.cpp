@@ -1,6 +1,9 @@
 #include "ofl_dialogs.h"
 
 #include "black_box_form.h"
+#include "io_form.h"
+#include "prog_form.h"
+#include "type_form.h"
 #include "visu_net.h"
 
 #include <FL/Fl_File_Chooser.H>
@@ -63,24 +66,33 @@ int ofl_dialogs::black_box_form(Fl_Window* caller, visu_net& view, int index, bl
     return accepted;
 }
 
-int ofl_dialogs::io_monitor(Fl_Window*, const std::string&, const std::vector<bix_declaration_variables>&,
-                            const std::vector<std::string>&, const std::list<std::string>&,
-                            std::list<bix_declaration_variables>*)
+int ofl_dialogs::io_monitor(Fl_Window* caller, const std::string& title,
+                            const std::vector<bix_declaration_variables>& table, const std::vector<std::string>& types,
+                            const std::list<std::string>& in_use, std::list<bix_declaration_variables>* result)
 {
-    message("This monitor is not available yet.");
-    return 0;
+    OFD_IO_form form(caller, table, title, types);
+    const int accepted = form.activation(in_use);
+    if (accepted)
+        *result = form.value();
+    return accepted;
 }
 
-int ofl_dialogs::type_monitor(Fl_Window*, const std::vector<std::string>&, const std::list<std::string>&,
-                              std::list<std::string>*)
+int ofl_dialogs::type_monitor(Fl_Window* caller, const std::vector<std::string>& table,
+                              const std::list<std::string>& in_use, std::list<std::string>* result)
 {
-    message("This monitor is not available yet.");
-    return 0;
+    OFD_TYPE_form form(caller, table);
+    const int accepted = form.activation(in_use);
+    if (accepted)
+        *result = form.value();
+    return accepted;
 }
 
-int ofl_dialogs::prog_monitor(Fl_Window*, const std::vector<bix_declaration_ixcmodule>&,
-                              const std::list<std::string>&, std::list<bix_declaration_ixcmodule>*)
+int ofl_dialogs::prog_monitor(Fl_Window* caller, const std::vector<bix_declaration_ixcmodule>& table,
+                              const std::list<std::string>& in_use, std::list<bix_declaration_ixcmodule>* result)
 {
-    message("This monitor is not available yet.");
-    return 0;
+    OFD_PROG_form form(caller, table);
+    const int accepted = form.activation(in_use);
+    if (accepted)
+        *result = form.value();
+    return accepted;
 }

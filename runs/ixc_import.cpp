@@ -31,12 +31,17 @@ bix_declaration_ixcmodule run_declaration(Module& module, const std::string& pat
     return bix_declaration_ixcmodule(path, file_name, module.getName(), inputs, outputs);
 }
 
-bool declare_run(const std::string& path, const std::string& module_name, bix_declaration_ixcmodule& run)
+std::string ixc_file_name(const std::string& path, const std::string& file_name)
+{
+    return path + file_name + ".ixc";
+}
+
+bool declare_run(const std::string& path, const std::string& file_name, bix_declaration_ixcmodule& run)
 {
     std::string instance;
-    const std::unique_ptr<Module> module(parse_IXC(path + module_name + ".ixc", instance));
+    const std::unique_ptr<Module> module(parse_IXC(ixc_file_name(path, file_name), instance));
     if (!module)
         return false;
-    run = run_declaration(*module, path, module_name);
+    run = run_declaration(*module, path, file_name);
     return true;
 }

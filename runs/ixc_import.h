@@ -21,11 +21,15 @@ std::list<bix_declaration_variables> convert_IXC_IO(const std::list<Signal*>* si
 // module's name, its typed inputs and outputs through convert_IXC_IO.
 bix_declaration_ixcmodule run_declaration(Module& module, const std::string& path, const std::string& file_name);
 
-// Loads <path><module_name>.ixc (its trace beside it) and makes the run
-// declaration of it: the path, the file and module names as given, the
-// typed inputs and outputs. False, with the loader's message on standard
-// error, when the file cannot be loaded.
-bool declare_run(const std::string& path, const std::string& module_name,
+// The compiled module a run names: its path and file name joined as they
+// are (the path keeps its last "/"), then ".ixc".
+std::string ixc_file_name(const std::string& path, const std::string& file_name);
+
+// Loads ixc_file_name(path, file_name) (its trace beside it) and makes the
+// run declaration of it: the path and file name as given, the module's own
+// name, the typed inputs and outputs. False, with the loader's message on
+// standard error, when the file cannot be loaded.
+bool declare_run(const std::string& path, const std::string& file_name,
                  bix_declaration_ixcmodule& run);
 
 #endif
