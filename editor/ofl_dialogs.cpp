@@ -9,12 +9,27 @@
 #include <FL/Fl_File_Chooser.H>
 #include <FL/fl_ask.H>
 
+#include <cstdlib>
+#include <fstream>
+
 namespace {
 
 ofl_dialogs real_dialogs;
 ofl_dialogs* current = &real_dialogs;
 
 const char* const box_title = "quilp";
+
+// When QUILP_DIALOG_LOG names a file, the text of every message box and
+// alert is also appended to it, each followed by a line "--": a test that
+// drives the real windows cannot read a box's text from the screen.
+void log_box(const std::string& text)
+{
+    const char* file = std::getenv("QUILP_DIALOG_LOG");
+    if (!file || !*file)
+        return;
+    std::ofstream log(file, std::ios::app);
+    log << text << "\n--\n";
+}
 
 }  // namespace
 
@@ -29,12 +44,14 @@ ofl_dialogs* set_editor_dialogs(ofl_dialogs* dialogs)
 
 void ofl_dialogs::message(const std::string& text)
 {
+    log_box(text);
     fl_message_title(box_title);
     fl_message("%s", text.c_str());
 }
 
 void ofl_dialogs::alert(const std::string& text)
 {
+    log_box(text);
     fl_message_title(box_title);
     fl_alert("%s", text.c_str());
 }

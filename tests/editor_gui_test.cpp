@@ -193,14 +193,21 @@ protected:
         settle(300);
     }
 
-    // Answers the message box of the editor ("quilp") with Enter.
-    void close_message_box()
+    // Answers the message box of the editor ("quilp") with Enter; when
+    // `text` is given, the box must have shown it.
+    void close_message_box(const quilp_app& app, const std::string& text = std::string())
     {
         const unsigned long box = find_window("quilp");
         ASSERT_NE(box, 0u) << "no message box";
         keep_screenshot(box, "message-box");
+        move_to(box, 20, 20);
         keys({"Return"});
         EXPECT_TRUE(eventually([] { return !window_shown("quilp"); }));
+        if (!text.empty()) {
+            const std::vector<std::string> shown = app.boxes_shown();
+            ASSERT_FALSE(shown.empty());
+            EXPECT_EQ(shown.back(), text);
+        }
     }
 
     scratch_dir dir;
@@ -400,7 +407,8 @@ TEST_F(EditorGui, SavesAndExportsWhatTheBatchWritersWrite)
     // names it and nothing else is written.
     app.file_menu(4);
     app.choose_file("save bix file", dir.file("out/gone/busy.bix"));
-    close_message_box();
+    close_message_box(app, "ERROR about writing file : " + dir.file("out/gone/busy.bix") + "\ncannot create a file in " +
+                               dir.file("out/gone") + ": No such file or directory");
     EXPECT_FALSE(file_exists(dir.file("out/gone")));
 
     // Closing the window as a window manager would ends with status 0.
@@ -413,9 +421,9 @@ TEST_F(EditorGui, CancellingAnyChooserChangesNothing)
     quilp_app app(QUILP_BIN, dir.path());
     // An unnamed project cannot be saved or exported.
     app.file_menu(4);
-    close_message_box();
+    close_message_box(app, "NAME THE PROJECT FIRST!");
     app.file_menu_xfig();
-    close_message_box();
+    close_message_box(app, "NAME THE PROJECT FIRST!");
 
     load(app, cruise());
     const std::unique_ptr<bix_tpen_fichier> p = read_project(cruise());
@@ -448,7 +456,7 @@ TEST_F(EditorGui, AFailedLoadLeavesNoViewAndNewStillWorks)
     quilp_app app(QUILP_BIN, dir.path());
     write_file(dir.file("bad.bix"), "Name: x y;");
     load(app, dir.file("bad.bix"));
-    close_message_box();
+    close_message_box(app, "FILE NOT FOUND!");
     EXPECT_NE(app.error_text().find("ERROR about loading file : " + dir.file("bad.bix")), std::string::npos);
     app.io_menu(1);
     settle(300);
@@ -474,7 +482,7 @@ TEST_F(EditorGui, AFailedLoadLeavesNoViewAndNewStillWorks)
     keys({"ctrl+a", "BackSpace"});
     type_text("two words");
     keys({"Return"});
-    close_message_box();
+    close_message_box(app, "\"two words\"\n is not a correct project name");
     app.file_menu(7);
     EXPECT_EQ(app.wait_exit(), 0);
 }
@@ -527,3 +535,226 @@ TEST_F(EditorGui, TheBlackBoxFormPlacesABoxWhereThePressWas)
 }
 
 }  // namespace
+
+// ---- Building a project from nothing, as a person would.
+
+namespace {
+
+// Radio buttons of the black box form, by the x of their centre.
+const int kind_constant = 55;
+const int kind_input = 115;
+const int kind_output = 235;
+
+// Lines of the standard error that trace the editing and the loading.
+std::string trace_lines(const std::string& err)
+{
+    std::istringstream in(err);
+    std::string out;
+    for (std::string line; std::getline(in, line);)
+        if (line.rfind("first_type_object_select", 0) == 0 || line.rfind("bad connection", 0) == 0 ||
+            line.rfind("integration ", 0) == 0 || line.rfind("no integration ", 0) == 0)
+            out += line + "\n";
+    return out;
+}
+
+std::string replace_all(std::string text, const std::string& from, const std::string& to)
+{
+    for (std::string::size_type at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+unsigned long form_titled(const std::string& title)
+{
+    const unsigned long f = find_window(title);
+    EXPECT_NE(f, 0u) << "no window titled " << title;
+    return f;
+}
+
+// Types `name` into a monitor's name field and adds it with Enter.
+void add_name(unsigned long form, const std::string& name)
+{
+    click(form, 200, 85);
+    keys({"ctrl+a", "BackSpace"});
+    type_text(name);
+    keys({"Return"});
+}
+
+// Moves the signal monitor's type choice `steps` items down (up when
+// negative).
+void move_type_choice(unsigned long form, int steps)
+{
+    click_menu(form, 210, 125);
+    keys(std::vector<std::string>(std::abs(steps), steps > 0 ? "Down" : "Up"));
+    keys({"Return"});
+}
+
+void press_ok(unsigned long form, int x, int y, const std::string& title)
+{
+    click(form, x, y);
+    EXPECT_TRUE(eventually([&] { return !window_shown(title); })) << title << " did not close";
+}
+
+// A press on empty space at (x, y), the kind (none: the preselected run
+// instance) and the nth item of the menu in the black box form, then "Ok".
+void place_box(const quilp_app& app, int x, int y, int kind, int item)
+{
+    click(app.window(), x, y);
+    const unsigned long f = form_titled("Black Box Selection");
+    if (kind)
+        click(f, kind, 125);
+    click_menu(f, 200, 165);
+    keys(std::vector<std::string>(item, "Down"));
+    keys({"Return"});
+    press_ok(f, 65, 500, "Black Box Selection");
+}
+
+// A press at (x1, y1) dragged to (x2, y2) and released there.
+void drag_to(unsigned long window, int x1, int y1, int x2, int y2)
+{
+    press(window, x1, y1);
+    move_to(window, (x1 + x2) / 2, (y1 + y2) / 2);
+    move_to(window, x2, y2);
+    release();
+}
+
+}  // namespace
+
+TEST_F(EditorGui, ATypicalProjectBuiltFromNothing)
+{
+    write_file(dir.file("filter.ixc"), read_file(std::string(QUILP_EXAMPLES) + "/ixc/filter.ixc"));
+    quilp_app app(QUILP_BIN, dir.path());
+    const unsigned long w = app.window();
+
+    app.file_menu(2);
+    ASSERT_NE(find_window("New project name"), 0u);
+    type_text("p");
+    keys({"Return"});
+
+    // A type, an input of that type and a pure one, an output, the run.
+    app.types_menu();
+    unsigned long f = form_titled("Types monitor");
+    add_name(f, "int");
+    keep_screenshot(f, "types");
+    press_ok(f, 80, 300, "Types monitor");
+
+    app.io_menu(1);
+    f = form_titled("INPUTS");
+    move_type_choice(f, 1);
+    add_name(f, "v");
+    move_type_choice(f, -1);
+    add_name(f, "go");
+    keep_screenshot(f, "inputs");
+    press_ok(f, 80, 300, "INPUTS");
+
+    app.io_menu(2);
+    f = form_titled("OUTPUTS");
+    move_type_choice(f, 1);
+    add_name(f, "o");
+    press_ok(f, 80, 300, "OUTPUTS");
+
+    app.io_menu(4);
+    f = form_titled("IXC modules");
+    click(f, 365, 105);
+    app.choose_file("ixc file selection", dir.file("filter.ixc"));
+    click(f, 140, 180);
+    keep_screenshot(f, "runs");
+    press_ok(f, 140, 250, "IXC modules");
+
+    // Boxes through the form, in insert mode: the run, the two inputs, the
+    // output, an "Always Present" constant.
+    click(w, 725, 35);
+    place_box(app, 450, 240, 0, 1);
+    place_box(app, 150, 210, kind_input, 1);
+    place_box(app, 150, 330, kind_input, 2);
+    place_box(app, 750, 240, kind_output, 1);
+    place_box(app, 150, 420, kind_constant, 2);
+    keep_screenshot(w, "placed");
+
+    // Refused: a pure output to an int input, an input to an input, an
+    // output to an output (which only the error stream reports).
+    drag_to(w, 190, 391, 365, 293);
+    close_message_box(app, "Bad data type between input and output!\n FORBIDDEN connection ...\n"
+                           " no typed signal versus signal typed with: \"int\"");
+    drag_to(w, 365, 308, 720, 301);
+    close_message_box(app, "Input to Input connection FORBIDDEN!");
+    drag_to(w, 200, 271, 552, 293);
+    // Accepted: v to x, y to o drawn from o's end, the constant to enable.
+    drag_to(w, 200, 271, 365, 293);
+    drag_to(w, 720, 301, 552, 293);
+    drag_to(w, 215, 481, 365, 308);
+    keep_screenshot(w, "linked");
+
+    // Move the run's box: its links follow. Then move v's link segment.
+    click(w, 785, 35);
+    drag_to(w, 500, 315, 500, 405);
+    drag_to(w, 283, 340, 370, 340);
+    keep_screenshot(w, "moved");
+
+    // Delete the constant's link and the unused "go" terminal.
+    click(w, 815, 35);
+    click(w, 292, 450);
+    click(w, 150, 385);
+    keep_screenshot(w, "deleted");
+
+    // An input in use cannot be deleted.
+    app.io_menu(1);
+    f = form_titled("INPUTS");
+    click(f, 400, 30);
+    click(f, 200, 170);
+    close_message_box(app, "v is actually using: operation rejected ...");
+    click(f, 200, 300);
+    EXPECT_TRUE(eventually([] { return !window_shown("INPUTS"); }));
+
+    app.file_menu(4);
+    app.choose_file("save bix file", dir.file("p.bix"));
+    ASSERT_TRUE(eventually([&] { return file_exists(dir.file("p.ix")); }));
+    settle(300);
+    const std::string data = std::string(QUILP_TEST_DATA) + "/gui/";
+    EXPECT_EQ(read_file(dir.file("p.bix")), replace_all(read_file(data + "typical_use.bix"), "@DIR@", dir.path()));
+    EXPECT_EQ(read_file(dir.file("p.ix")), replace_all(read_file(data + "typical_use.ix"), "@DIR@", dir.path()));
+    EXPECT_EQ(trace_lines(app.error_text()), read_file(data + "typical_use.err"));
+    EXPECT_EQ(app.boxes_shown().size(), 3u);
+
+    // What was saved is drawn where the transform puts it, and reads back
+    // with the batch reader.
+    const std::unique_ptr<bix_tpen_fichier> saved = read_project(dir.file("p.bix"));
+    ASSERT_TRUE(saved);
+    expect_drawn(app, *saved, 30, 0, 0);
+    const process_result batch = run_process(QUILP_BIN, {"p.bix", "-ix"}, dir.path());
+    EXPECT_EQ(batch.status, 0);
+    EXPECT_EQ(batch.out, "reading p.bix\ngeneration of p.ix\n");
+    app.file_menu(7);
+    EXPECT_EQ(app.wait_exit(), 0);
+}
+
+TEST_F(EditorGui, AModuleEndingFatallyLeavesTheProjectInARecoveryFile)
+{
+    write_file(dir.file("m.ixc"), read_file(std::string(QUILP_TEST_DATA) + "/ixc/fatal_binding.ixc"));
+    quilp_app app(QUILP_BIN, dir.path());
+    app.file_menu(2);
+    ASSERT_NE(find_window("New project name"), 0u);
+    type_text("p");
+    keys({"Return"});
+    app.types_menu();
+    unsigned long f = form_titled("Types monitor");
+    add_name(f, "int");
+    press_ok(f, 80, 300, "Types monitor");
+
+    app.io_menu(4);
+    f = form_titled("IXC modules");
+    click(f, 365, 105);
+    app.choose_file("ixc file selection", dir.file("m.ixc"));
+    // The alert, then the end: status 1, the reporter's text, where the
+    // project went.
+    const std::string text = "Error: Illegal operation!\nbinding_declaration_parse::get_evalnode: node_not_found";
+    close_message_box(app, text);
+    EXPECT_EQ(app.wait_exit(), 1);
+    const std::string err = app.error_text();
+    EXPECT_NE(err.find(text + "\nquilp: the project was saved in p.recover.bix before ending\n"), std::string::npos)
+        << err;
+    const std::unique_ptr<bix_tpen_fichier> recovered = read_project(dir.file("p.recover.bix"));
+    ASSERT_TRUE(recovered);
+    EXPECT_EQ(recovered->mon_nom_module(), "p");
+    EXPECT_EQ(recovered->ma_table_types(), std::vector<std::string>{"int"});
+}

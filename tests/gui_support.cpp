@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace quilp_gui {
 
@@ -19,11 +20,14 @@ namespace {
 // Starts `argv` with standard output and error going to files (or
 // /dev/null); returns its process id.
 int spawn(const std::vector<std::string>& argv, const std::string& out, const std::string& err,
-          const std::string& folder = std::string(), int keep_fd = -1)
+          const std::string& folder = std::string(), int keep_fd = -1,
+          const std::vector<std::pair<std::string, std::string>>& env = {})
 {
     const pid_t pid = fork();
     if (pid != 0)
         return pid;
+    for (const auto& e : env)
+        setenv(e.first.c_str(), e.second.c_str(), 1);
     const int null_in = open("/dev/null", O_RDONLY);
     dup2(null_in, 0);
     const int o = open(out.empty() ? "/dev/null" : out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
@@ -260,7 +264,8 @@ quilp_app::quilp_app(const std::string& program, const std::string& folder)
     tool({"xdotool", "mousemove", "640", "512"});
     err_path = scratch_file("err");
     out_path = scratch_file("out");
-    pid = spawn({program}, out_path, err_path, folder);
+    boxes_path = scratch_file("boxes");
+    pid = spawn({program}, out_path, err_path, folder, -1, {{"QUILP_DIALOG_LOG", boxes_path}});
     main = find_window("QUILP: Linker Of Object Modules");
     settle(300);
 }
@@ -273,6 +278,7 @@ quilp_app::~quilp_app()
     }
     std::remove(err_path.c_str());
     std::remove(out_path.c_str());
+    std::remove(boxes_path.c_str());
 }
 
 bool quilp_app::running() const
@@ -302,6 +308,16 @@ int quilp_app::wait_exit(std::chrono::milliseconds timeout)
 }
 
 std::string quilp_app::error_text() const { return read_all(err_path); }
+
+std::vector<std::string> quilp_app::boxes_shown() const
+{
+    std::vector<std::string> texts;
+    const std::string all = read_all(boxes_path);
+    const std::string end = "\n--\n";
+    for (std::string::size_type start = 0, at; (at = all.find(end, start)) != std::string::npos; start = at + end.size())
+        texts.push_back(all.substr(start, at - start));
+    return texts;
+}
 
 namespace {
 

@@ -79,6 +79,8 @@ public:
     bool running() const;
     // What it wrote on standard error so far.
     std::string error_text() const;
+    // The texts of the message boxes and alerts it showed so far.
+    std::vector<std::string> boxes_shown() const;
 
     // A File menu item by its position in the open menu (New 1 ... Quit 7);
     // the Export submenu's item is `file_item_xfig`.
@@ -96,6 +98,7 @@ private:
     unsigned long main = 0;
     std::string err_path;
     std::string out_path;
+    std::string boxes_path;
     void open_menu(int x, int y, int position);
 };
 
