@@ -728,7 +728,7 @@ TEST_F(EditorGui, ATypicalProjectBuiltFromNothing)
     EXPECT_EQ(app.wait_exit(), 0);
 }
 
-TEST_F(EditorGui, AModuleEndingFatallyLeavesTheProjectInARecoveryFile)
+TEST_F(EditorGui, ARefusedModuleIsReportedAndOneEndingFatallyLeavesARecoveryFile)
 {
     write_file(dir.file("m.ixc"), read_file(std::string(QUILP_TEST_DATA) + "/ixc/fatal_binding.ixc"));
     quilp_app app(QUILP_BIN, dir.path());
@@ -741,8 +741,14 @@ TEST_F(EditorGui, AModuleEndingFatallyLeavesTheProjectInARecoveryFile)
     add_name(f, "int");
     press_ok(f, 80, 300, "Types monitor");
 
+    // A module the reader refuses: its message box, and the monitor goes on.
+    write_file(dir.file("bad.ixc"), "module: m\n0 0\ninput: ;\n");
     app.io_menu(4);
     f = form_titled("IXC modules");
+    click(f, 365, 105);
+    app.choose_file("ixc file selection", dir.file("bad.ixc"));
+    close_message_box(app, "ERROR about loading file : " + dir.file("bad.ixc"));
+    EXPECT_TRUE(app.running());
     click(f, 365, 105);
     app.choose_file("ixc file selection", dir.file("m.ixc"));
     // The alert, then the end: status 1, the reporter's text, where the

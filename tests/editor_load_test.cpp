@@ -3,18 +3,35 @@
 // own load path, then through the mouse in every mode, the monitors'
 // results and Save.
 
+#include "bdd_fatal.h"
 #include "editor_support.h"
+#include "monitor_edits.h"
 #include "test_support.h"
 #include "visu_net.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
+#include <fcntl.h>
 #include <memory>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace quilp_test;
 
 namespace {
+
+std::vector<std::string> files_in(const std::vector<std::string>& folders, const std::string& extension)
+{
+    std::vector<std::string> files;
+    for (const std::string& dir : folders)
+        for (const auto& f : std::filesystem::directory_iterator(dir))
+            if (extension.empty() || f.path().extension() == extension)
+                files.push_back(f.path().string());
+    std::sort(files.begin(), files.end());
+    return files;
+}
 
 std::vector<std::string> project_files()
 {
@@ -77,6 +94,51 @@ TEST(EditorLoad, EveryProjectFileIsRefusedOrEditedSafely)
         });
     }
     EXPECT_GT(loaded, 3);
+}
+
+// What the runs monitor makes of a module file, in a child process (a
+// module may end the process, as its loader defines): 0 declared, 2 refused
+// with its message box, 1 a defined fatal end; anything else is a fault.
+int browse_in_child(const std::string& file)
+{
+    const pid_t child = fork();
+    if (child != 0) {
+        int status = 0;
+        waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+    // Out at once on a fatal end, leaving the leak check of a sanitizer run
+    // to the parent.
+    set_fatal_ending([] { _exit(1); });
+    const int null = open("/dev/null", O_WRONLY);
+    dup2(null, 2);
+    scripted_dialogs dialogs;
+    dialogs.files.push_back(file);
+    prog_monitor_list runs({}, {});
+    runs.browse();
+    const bool added = runs.add(runs.modulename_field());
+    _exit(added ? 0 : dialogs.shown.empty() ? 3 : 2);
+}
+
+TEST(EditorLoad, EveryModuleFileIsDeclaredRefusedOrEndsAsDefined)
+{
+    const std::string tests = std::string(QUILP_TEST_DATA) + "/..";
+    const std::vector<std::string> files = files_in(
+        {tests + "/data/ixc", tests + "/fuzz/ixc_corpus", std::string(QUILP_EXAMPLES) + "/ixc"}, "");
+    std::map<int, int> outcomes;
+    for (const std::string& f : files) {
+        if (f.size() > 4 && f.compare(f.size() - 4, 4, ".log") == 0)
+            continue;
+        scratch_dir dir;
+        write_file(dir.file("m.ixc"), read_file(f));
+        const int outcome = browse_in_child(dir.file("m.ixc"));
+        EXPECT_TRUE(outcome == 0 || outcome == 1 || outcome == 2) << f << ": " << outcome;
+        ++outcomes[outcome];
+    }
+    // The shipped modules load; the fatal one ends; refused ones are shown.
+    EXPECT_GE(outcomes[0], 4);
+    EXPECT_GE(outcomes[1], 1);
+    EXPECT_GE(outcomes[2], 1);
 }
 
 TEST(EditorLoad, APressWhoseReleaseNeverComesLeavesTheSheetUsable)
