@@ -323,7 +323,10 @@ struct bddpp_manager::unique_table {
 
         std::size_t mask() const { return (std::size_t(1) << bits) - 1; }
         std::size_t home(std::uint32_t hash) const { return hash >> (32 - bits); }
-        bool full() const { return (count + 1) * 2 > (std::size_t(1) << bits); }
+        // Three quarters full at most: a probe compares whole words, and the
+        // few more steps it takes cost less than the memory a sparser table
+        // touches.
+        bool full() const { return (count + 1) * 4 > (std::size_t(3) << bits); }
     };
 
     // A position in the table: a subtable and a slot of it.
