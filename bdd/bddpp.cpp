@@ -75,6 +75,31 @@ void put_block(const block& b)
         ::operator delete(b.base);
 }
 
+// Blocks taken one by one and given back together.
+class block_list {
+public:
+    block_list() = default;
+    block_list(const block_list&) = delete;
+    block_list& operator=(const block_list&) = delete;
+    ~block_list()
+    {
+        for (const block& b : blocks)
+            put_block(b);
+    }
+
+    const block& add(std::size_t bytes)
+    {
+        blocks.reserve(blocks.size() + 1);
+        blocks.push_back(get_block(bytes));
+        return blocks.back();
+    }
+
+    std::size_t size() const { return blocks.size(); }
+
+private:
+    std::vector<block> blocks;
+};
+
 // One pending conjunction or disjunction of the explicit-stack recursion.
 // stage 0: not expanded; 1: waiting for the then-result; 2: for the else-result.
 struct apply_frame {
@@ -95,7 +120,9 @@ struct rebuild_frame {
 
 // Results of sub-problems met during one top-level operation. Entries of an
 // earlier call are told apart by their generation, so starting a call costs
-// nothing.
+// nothing. Each call starts on a small part of the table and doubles it as it
+// fills, so that a short call stays within the processor's caches after a
+// long one has grown the table.
 class call_memo {
 public:
     void start()
@@ -106,12 +133,13 @@ public:
             generation = 1;
         }
         used = 0;
+        if (entries.empty())
+            entries.assign(first_size, entry{});
+        use(first_size);
     }
 
     bool find(edge x, edge y, edge& r) const
     {
-        if (entries.empty())
-            return false;
         for (std::size_t i = slot_of(x, y);; i = (i + 1) & mask) {
             const entry& e = entries[i];
             if (e.generation != generation)
@@ -125,25 +153,22 @@ public:
 
     void insert(edge x, edge y, edge r)
     {
-        if ((used + 1) * 2 > entries.size())
+        if ((used + 1) * 2 > active)
             grow();
-        std::size_t i = slot_of(x, y);
-        while (entries[i].generation == generation)
-            i = (i + 1) & mask;
-        entries[i] = entry{x.node, y.node, r.node, generation,
-                           static_cast<std::int8_t>(x.link), static_cast<std::int8_t>(y.link),
-                           static_cast<std::int8_t>(r.link)};
-        ++used;
+        place(entry{x.node, y.node, r.node, generation, static_cast<std::int8_t>(x.link),
+                    static_cast<std::int8_t>(y.link), static_cast<std::int8_t>(r.link)});
     }
 
 private:
     struct entry {
-        bdd_node* x;
-        bdd_node* y;
-        bdd_node* r;
-        std::uint32_t generation;
-        std::int8_t lx, ly, lr;
+        bdd_node* x = nullptr;
+        bdd_node* y = nullptr;
+        bdd_node* r = nullptr;
+        std::uint32_t generation = 0; // 0: never live
+        std::int8_t lx = 0, ly = 0, lr = 0;
     };
+
+    static constexpr std::size_t first_size = 1024;
 
     std::size_t slot_of(edge x, edge y) const
     {
@@ -154,24 +179,45 @@ private:
         return static_cast<std::size_t>((h ^ (h >> 29)) * golden >> shift);
     }
 
-    void grow()
+    void use(std::size_t size)
     {
-        std::vector<entry> old;
-        old.swap(entries);
-        std::size_t size = old.empty() ? 4096 : old.size() * 2;
-        entries.assign(size, entry{nullptr, nullptr, nullptr, 0, 0, 0, 0});
+        active = size;
         mask = size - 1;
         shift = 64;
         for (std::size_t s = size; s > 1; s >>= 1)
             --shift;
-        std::uint32_t live = generation;
+    }
+
+    void place(const entry& e)
+    {
+        std::size_t i = slot_of(edge{e.lx, e.x}, edge{e.ly, e.y});
+        while (entries[i].generation == generation)
+            i = (i + 1) & mask;
+        entries[i] = e;
+        ++used;
+    }
+
+    // The live entries, all within the part in use, move to a part twice as
+    // large (entries beyond it are of earlier calls: free).
+    void grow()
+    {
+        moving.clear();
+        for (std::size_t i = 0; i < active; ++i)
+            if (entries[i].generation == generation) {
+                moving.push_back(entries[i]);
+                entries[i].generation = 0;
+            }
+        if (entries.size() < 2 * active)
+            entries.resize(2 * active);
+        use(2 * active);
         used = 0;
-        for (const entry& e : old)
-            if (e.generation == live)
-                insert(edge{e.lx, e.x}, edge{e.ly, e.y}, edge{e.lr, e.r});
+        for (const entry& e : moving)
+            place(e);
     }
 
     std::vector<entry> entries;
+    std::vector<entry> moving;
+    std::size_t active = 0;
     std::size_t mask = 0;
     unsigned shift = 64;
     std::uint32_t generation = 0;
@@ -181,18 +227,10 @@ private:
 // Nodes live in blocks that never move, numbered in order of allocation so
 // that the unique table can hold a 32-bit number in place of a pointer. The
 // blocks grow from 512 nodes to 4 MiB; freed nodes are reused first.
+// Nodes own nothing (dependency sets belong to the manager): the blocks are
+// given back without visiting them.
 class node_pool {
 public:
-    node_pool() = default;
-    node_pool(const node_pool&) = delete;
-    node_pool& operator=(const node_pool&) = delete;
-    ~node_pool()
-    {
-        // Nodes own nothing (dependency sets belong to the manager).
-        for (const block& b : blocks)
-            put_block(b);
-    }
-
     // Room for a node (the caller constructs it there), and its number.
     void* make(std::uint32_t& number)
     {
@@ -234,15 +272,13 @@ private:
         // as full as memory would be.
         if (nodes > std::uint32_t(-1) - capacity)
             throw std::bad_alloc();
-        block b = get_block(bytes);
-        blocks.push_back(b);
-        bdd_node* base = static_cast<bdd_node*>(b.base);
+        bdd_node* base = static_cast<bdd_node*>(blocks.add(bytes).base);
         for (std::size_t g = 0; g < nodes; g += group_size)
             groups.push_back(base + g);
         capacity += static_cast<std::uint32_t>(nodes);
     }
 
-    std::vector<block> blocks;
+    block_list blocks;
     std::vector<bdd_node*> groups; // by number / group_size
     std::uint32_t made = 0;
     std::uint32_t capacity = 0;
@@ -254,15 +290,6 @@ private:
 // the next subtable that grows to that size.
 class slot_store {
 public:
-    slot_store() = default;
-    slot_store(const slot_store&) = delete;
-    slot_store& operator=(const slot_store&) = delete;
-    ~slot_store()
-    {
-        for (const block& b : regions)
-            put_block(b);
-    }
-
     // 2^bits zeroed slots.
     std::uint64_t* take(unsigned bits)
     {
@@ -273,8 +300,7 @@ public:
             spare[bits].pop_back();
         } else {
             if (bytes > left) {
-                block b = get_block(std::max(bytes, next_region));
-                regions.push_back(b);
+                const block& b = regions.add(std::max(bytes, next_region));
                 next = static_cast<char*>(b.base);
                 left = b.bytes;
                 next_region = std::min(next_region * 4, largest_block);
@@ -295,7 +321,7 @@ public:
     }
 
 private:
-    std::vector<block> regions;
+    block_list regions;
     char* next = nullptr;
     std::size_t left = 0;
     std::size_t next_region = std::size_t(16) << 10;
