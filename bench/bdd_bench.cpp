@@ -1,11 +1,14 @@
 // Side-by-side timings of this BDD package and BuDDy, and of the wood's
 // dating. Run by hand; see README.md.
 //
-//   bdd_bench [quick]                     every workload in this process
-//   bdd_bench fresh [--reps N] [--quick]  each run in a new process
-//   bdd_bench grid [--reps N] [--quick]   BuDDy alone under several sizes
+//   bdd_bench [--quick] [--tsv]                  every workload in this process
+//   bdd_bench fresh [--reps N] [--quick] [--tsv] each run in a new process
+//   bdd_bench grid [--reps N] [--quick]          BuDDy alone under several sizes
 //   bdd_bench once WORKLOAD SIDE ARG [NODES CACHE]
-//                                         one run (what the others start)
+//                                                one run (what the others start)
+//
+// --tsv prints rows for bench/run instead of tables: area, case, size,
+// seconds and the reference's seconds ("-" when there is none), tab-separated.
 
 #include "Bddexpression.h"
 #include "bdd_workloads.h"
@@ -167,14 +170,17 @@ struct outcome {
 
 // BuDDy's node table and cache for each case: among the sizes its
 // documentation and examples give (10^5 or 10^6 nodes, 10^4 to 10^5 cache
-// entries), the fastest on that case in fresh processes (`bdd_bench grid`).
+// entries), or 4 * 10^6 nodes for results of millions of nodes, the fastest
+// on that case in fresh processes (`bdd_bench grid`).
 buddy_side::init buddy_init(const std::string& name, int arg)
 {
     if (name == "load")
-        return {100000, 50000};
-    if (name == "apply" && arg > 4)
-        return {1000000, 20000};
-    return {100000, 20000};
+        return {100000, 20000};
+    if (name == "apply" && arg == 6)
+        return {1000000, 10000};
+    if (name == "apply" && arg > 6)
+        return {4000000, 100000};
+    return {100000, 10000};
 }
 
 // load: `arg` is the table number; apply and quantify: the products of each
@@ -237,20 +243,28 @@ std::vector<bench_case> cases(bool quick)
     return all;
 }
 
+bool tsv = false;
+
 void print_header(const char* mode)
 {
+    if (tsv)
+        return;
     std::printf("%s\n%-38s %9s %9s %9s %7s %7s %10s %10s\n", mode, "workload", "items", "quilp_s", "BuDDy_s",
                 "ratio", "min_x", "quilp/s", "BuDDy/s");
 }
 
 // ratio: of the medians; min_x: of the best runs.
-void print_row(const bench_case& c, double items, const std::vector<double>& ours, const std::vector<double>& theirs)
+void print_row(const char* area, const bench_case& c, double items, const std::vector<double>& ours,
+               const std::vector<double>& theirs)
 {
     double a = median(ours), b = median(theirs);
     double amin = *std::min_element(ours.begin(), ours.end());
     double bmin = *std::min_element(theirs.begin(), theirs.end());
-    std::printf("%-38s %9.0f %9.4f %9.4f %7.2f %7.2f %10.0f %10.0f\n", c.label.c_str(), items, a, b, a / b, amin / bmin,
-                items / a, items / b);
+    if (tsv)
+        std::printf("%s\t%s\t%.0f\t%.4f\t%.4f\n", area, c.label.c_str(), items, a, b);
+    else
+        std::printf("%-38s %9.0f %9.4f %9.4f %7.2f %7.2f %10.0f %10.0f\n", c.label.c_str(), items, a, b, a / b,
+                    amin / bmin, items / a, items / b);
     std::fflush(stdout);
 }
 
@@ -288,8 +302,8 @@ void bench_in_process(bool quick)
             ours.push_back(a);
             theirs.push_back(b);
         }
-        print_row(c, items, ours, theirs);
-        if (std::strcmp(c.name, "load") != 0)
+        print_row("bdd, one process", c, items, ours, theirs);
+        if (!tsv && std::strcmp(c.name, "load") != 0)
             std::printf("    mean result size: %.0f nodes here, %.0f in BuDDy\n",
                         static_cast<double>(size_ours) / items, static_cast<double>(size_theirs) / items);
     }
@@ -370,7 +384,7 @@ int bench_fresh(int reps, bool quick)
             ours.push_back(a);
             theirs.push_back(b);
         }
-        print_row(c, items, ours, theirs);
+        print_row("bdd, fresh processes", c, items, ours, theirs);
     }
     return 0;
 }
@@ -407,13 +421,17 @@ double best_of(int runs, const std::function<double()>& run)
 
 void report_dates(const char* workload, long size, double seconds)
 {
-    std::printf("%-38s %9ld %12.0f\n", workload, size, static_cast<double>(size) / seconds);
+    if (tsv)
+        std::printf("wood dating\t%s\t%ld\t%.4f\t-\n", workload, size, seconds);
+    else
+        std::printf("%-38s %9ld %12.0f\n", workload, size, static_cast<double>(size) / seconds);
     std::fflush(stdout);
 }
 
 void bench_dates(bool quick)
 {
-    std::printf("\n%-38s %9s %12s\n", "compute_dates (no BuDDy counterpart)", "equations", "per second");
+    if (!tsv)
+        std::printf("\n%-38s %9s %12s\n", "compute_dates (no BuDDy counterpart)", "equations", "per second");
     for (int n : {10000, 100000}) {
         if (quick && n > 10000)
             break;
@@ -453,8 +471,9 @@ void bench_dates(bool quick)
 int buddy_grid(int reps, bool quick)
 {
     std::string self = self_path();
-    const buddy_side::init grid[] = {{100000, 10000}, {100000, 20000},  {100000, 50000},  {100000, 100000},
-                                     {1000000, 10000}, {1000000, 20000}, {1000000, 50000}, {1000000, 100000}};
+    const buddy_side::init grid[] = {{100000, 10000},  {100000, 20000},  {100000, 50000},  {100000, 100000},
+                                     {1000000, 10000}, {1000000, 20000}, {1000000, 50000}, {1000000, 100000},
+                                     {4000000, 10000}, {4000000, 20000}, {4000000, 50000}, {4000000, 100000}};
     std::printf("BuDDy alone, fresh processes, medians of %d: seconds by node table / cache entries\n%-38s", reps,
                 "workload");
     for (const buddy_side::init& g : grid)
@@ -491,8 +510,8 @@ int buddy_grid(int reps, bool quick)
 
 int usage()
 {
-    std::fprintf(stderr, "usage: bdd_bench [quick]\n"
-                         "       bdd_bench fresh|grid [--reps N] [--quick]\n"
+    std::fprintf(stderr, "usage: bdd_bench [--quick] [--tsv]\n"
+                         "       bdd_bench fresh|grid [--reps N] [--quick] [--tsv]\n"
                          "       bdd_bench once load|apply|quantify ours|buddy ARG [NODES CACHE]\n");
     return 2;
 }
@@ -515,24 +534,23 @@ int main(int argc, char** argv)
         std::printf("%.6f %.0f %ld\n", o.seconds, o.items, o.size);
         return 0;
     }
-    if (!args.empty() && (args[0] == "fresh" || args[0] == "grid")) {
-        int reps = args[0] == "fresh" ? 5 : 3;
-        bool quick = false;
-        for (std::size_t i = 1; i < args.size(); ++i) {
-            if (args[i] == "--quick")
-                quick = true;
-            else if (args[i] == "--reps" && i + 1 < args.size())
-                reps = std::max(1, std::atoi(args[++i].c_str()));
-            else
-                return usage();
-        }
-        return args[0] == "fresh" ? bench_fresh(reps, quick) : buddy_grid(reps, quick);
-    }
+    std::string mode = !args.empty() && (args[0] == "fresh" || args[0] == "grid") ? args[0] : "";
+    int reps = mode == "fresh" ? 5 : 3;
     bool quick = false;
-    if (args.size() == 1 && args[0] == "quick")
-        quick = true;
-    else if (!args.empty())
-        return usage();
+    for (std::size_t i = mode.empty() ? 0 : 1; i < args.size(); ++i) {
+        if (args[i] == "--quick" || args[i] == "quick")
+            quick = true;
+        else if (args[i] == "--tsv")
+            tsv = true;
+        else if (args[i] == "--reps" && i + 1 < args.size() && !mode.empty())
+            reps = std::max(1, std::atoi(args[++i].c_str()));
+        else
+            return usage();
+    }
+    if (mode == "fresh")
+        return bench_fresh(reps, quick);
+    if (mode == "grid")
+        return buddy_grid(reps, quick);
     bench_in_process(quick);
     bench_dates(quick);
     return 0;
