@@ -263,10 +263,10 @@ private:
 
     void grow()
     {
-        // 512, 2048 and 8192 nodes, then 2 MiB, then 4 MiB blocks.
+        // 512 and 1536 nodes from the heap, then 2 MiB, then 4 MiB blocks.
         std::size_t n = blocks.size();
-        std::size_t bytes = n < 3 ? (std::size_t(group_size) << (2 * n)) * sizeof(bdd_node)
-                                  : (n == 3 ? huge_page : largest_block);
+        std::size_t bytes = n < 2 ? (std::size_t(group_size) << n) * (n + 1) * sizeof(bdd_node)
+                                  : (n == 2 ? huge_page : largest_block);
         std::size_t nodes = (bytes / sizeof(bdd_node)) & ~std::size_t(group_mask);
         // Numbers are 32 bits wide: past 2^32 nodes (some 300 GB) the pool is
         // as full as memory would be.
@@ -286,8 +286,9 @@ private:
 };
 
 // Storage for the unique table's slot arrays: blocks of 2^k slots cut from
-// growing regions; a block given back when its subtable outgrows it serves
-// the next subtable that grows to that size.
+// growing regions (16 and 64 KiB from the heap, then 2 MiB, then 4 MiB); a
+// block given back when its subtable outgrows it serves the next subtable
+// that grows to that size.
 class slot_store {
 public:
     // 2^bits zeroed slots.
@@ -303,11 +304,16 @@ public:
                 const block& b = regions.add(std::max(bytes, next_region));
                 next = static_cast<char*>(b.base);
                 left = b.bytes;
-                next_region = std::min(next_region * 4, largest_block);
+                fresh = b.mapped;
+                next_region = next_region < first_regions ? next_region * 4
+                                                          : (next_region < huge_page ? huge_page : largest_block);
             }
             p = reinterpret_cast<std::uint64_t*>(next);
             next += bytes;
             left -= bytes;
+            // Memory fresh from the system is zero already.
+            if (fresh)
+                return p;
         }
         std::memset(p, 0, bytes);
         return p;
@@ -324,6 +330,8 @@ private:
     block_list regions;
     char* next = nullptr;
     std::size_t left = 0;
+    bool fresh = false;
+    static constexpr std::size_t first_regions = std::size_t(64) << 10;
     std::size_t next_region = std::size_t(16) << 10;
     std::vector<std::vector<std::uint64_t*>> spare; // by bits
 };
