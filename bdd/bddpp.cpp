@@ -2,8 +2,12 @@
 
 #include "bdd_fatal.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <cstring>
 #include <iostream>
+#include <new>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -25,6 +29,77 @@ constexpr std::size_t dep_cache_budget = std::size_t(1) << 24;
 
 constexpr std::uint64_t golden = 0x9E3779B97F4A7C15ull;
 
+// ---- Memory.
+//
+// Blocks of 2 MiB and more come straight from the system, aligned to 2 MiB
+// and marked for transparent huge pages: touching fresh memory then costs one
+// page fault per 2 MiB instead of one per 4 KiB, and in a fresh process those
+// faults were most of the time spent building a module's node table. Smaller
+// blocks, all a small manager needs, come from the heap.
+constexpr std::size_t huge_page = std::size_t(1) << 21;
+constexpr std::size_t largest_block = 2 * huge_page;
+
+struct block {
+    void* base;
+    std::size_t bytes;
+    bool mapped;
+};
+
+block get_block(std::size_t bytes)
+{
+#ifdef MADV_HUGEPAGE
+    if (bytes >= huge_page) {
+        std::size_t size = (bytes + huge_page - 1) & ~(huge_page - 1);
+        void* p = mmap(nullptr, size + huge_page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (p != MAP_FAILED) {
+            std::uintptr_t first = reinterpret_cast<std::uintptr_t>(p);
+            std::uintptr_t start = (first + huge_page - 1) & ~(huge_page - 1);
+            std::uintptr_t end = start + size;
+            if (start > first)
+                munmap(p, start - first);
+            if (first + size + huge_page > end)
+                munmap(reinterpret_cast<void*>(end), first + size + huge_page - end);
+            madvise(reinterpret_cast<void*>(start), size, MADV_HUGEPAGE);
+            return block{reinterpret_cast<void*>(start), size, true};
+        }
+    }
+#endif
+    return block{::operator new(bytes), bytes, false};
+}
+
+void put_block(const block& b)
+{
+    if (b.mapped)
+        munmap(b.base, b.bytes);
+    else
+        ::operator delete(b.base);
+}
+
+// Blocks taken one by one and given back together.
+class block_list {
+public:
+    block_list() = default;
+    block_list(const block_list&) = delete;
+    block_list& operator=(const block_list&) = delete;
+    ~block_list()
+    {
+        for (const block& b : blocks)
+            put_block(b);
+    }
+
+    const block& add(std::size_t bytes)
+    {
+        blocks.reserve(blocks.size() + 1);
+        blocks.push_back(get_block(bytes));
+        return blocks.back();
+    }
+
+    std::size_t size() const { return blocks.size(); }
+
+private:
+    std::vector<block> blocks;
+};
+
 // One pending conjunction or disjunction of the explicit-stack recursion.
 // stage 0: not expanded; 1: waiting for the then-result; 2: for the else-result.
 struct apply_frame {
@@ -34,9 +109,20 @@ struct apply_frame {
     int stage;
 };
 
-// Results of sub-problems met during one top-level conjunction or
-// disjunction. Entries of an earlier call are told apart by their generation,
-// so starting a call costs nothing.
+// One pending edge of a node-by-node rebuild (substitution, quantification)
+// and its cofactors' results. stage 0: not expanded; 1: waiting for the
+// then-result; 2: for the else-result.
+struct rebuild_frame {
+    edge e;
+    edge r1, r0;
+    int stage;
+};
+
+// Results of sub-problems met during one top-level operation. Entries of an
+// earlier call are told apart by their generation, so starting a call costs
+// nothing. Each call starts on a small part of the table and doubles it as it
+// fills, so that a short call stays within the processor's caches after a
+// long one has grown the table.
 class call_memo {
 public:
     void start()
@@ -47,12 +133,13 @@ public:
             generation = 1;
         }
         used = 0;
+        if (entries.empty())
+            entries.assign(first_size, entry{});
+        use(first_size);
     }
 
     bool find(edge x, edge y, edge& r) const
     {
-        if (entries.empty())
-            return false;
         for (std::size_t i = slot_of(x, y);; i = (i + 1) & mask) {
             const entry& e = entries[i];
             if (e.generation != generation)
@@ -66,25 +153,22 @@ public:
 
     void insert(edge x, edge y, edge r)
     {
-        if ((used + 1) * 2 > entries.size())
+        if ((used + 1) * 2 > active)
             grow();
-        std::size_t i = slot_of(x, y);
-        while (entries[i].generation == generation)
-            i = (i + 1) & mask;
-        entries[i] = entry{x.node, y.node, r.node, generation,
-                           static_cast<std::int8_t>(x.link), static_cast<std::int8_t>(y.link),
-                           static_cast<std::int8_t>(r.link)};
-        ++used;
+        place(entry{x.node, y.node, r.node, generation, static_cast<std::int8_t>(x.link),
+                    static_cast<std::int8_t>(y.link), static_cast<std::int8_t>(r.link)});
     }
 
 private:
     struct entry {
-        bdd_node* x;
-        bdd_node* y;
-        bdd_node* r;
-        std::uint32_t generation;
-        std::int8_t lx, ly, lr;
+        bdd_node* x = nullptr;
+        bdd_node* y = nullptr;
+        bdd_node* r = nullptr;
+        std::uint32_t generation = 0; // 0: never live
+        std::int8_t lx = 0, ly = 0, lr = 0;
     };
+
+    static constexpr std::size_t first_size = 1024;
 
     std::size_t slot_of(edge x, edge y) const
     {
@@ -95,28 +179,161 @@ private:
         return static_cast<std::size_t>((h ^ (h >> 29)) * golden >> shift);
     }
 
-    void grow()
+    void use(std::size_t size)
     {
-        std::vector<entry> old;
-        old.swap(entries);
-        std::size_t size = old.empty() ? 4096 : old.size() * 2;
-        entries.assign(size, entry{nullptr, nullptr, nullptr, 0, 0, 0, 0});
+        active = size;
         mask = size - 1;
         shift = 64;
         for (std::size_t s = size; s > 1; s >>= 1)
             --shift;
-        std::uint32_t live = generation;
+    }
+
+    void place(const entry& e)
+    {
+        std::size_t i = slot_of(edge{e.lx, e.x}, edge{e.ly, e.y});
+        while (entries[i].generation == generation)
+            i = (i + 1) & mask;
+        entries[i] = e;
+        ++used;
+    }
+
+    // The live entries, all within the part in use, move to a part twice as
+    // large (entries beyond it are of earlier calls: free).
+    void grow()
+    {
+        moving.clear();
+        for (std::size_t i = 0; i < active; ++i)
+            if (entries[i].generation == generation) {
+                moving.push_back(entries[i]);
+                entries[i].generation = 0;
+            }
+        if (entries.size() < 2 * active)
+            entries.resize(2 * active);
+        use(2 * active);
         used = 0;
-        for (const entry& e : old)
-            if (e.generation == live)
-                insert(edge{e.lx, e.x}, edge{e.ly, e.y}, edge{e.lr, e.r});
+        for (const entry& e : moving)
+            place(e);
     }
 
     std::vector<entry> entries;
+    std::vector<entry> moving;
+    std::size_t active = 0;
     std::size_t mask = 0;
     unsigned shift = 64;
     std::uint32_t generation = 0;
     std::size_t used = 0;
+};
+
+// Nodes live in blocks that never move, numbered in order of allocation so
+// that the unique table can hold a 32-bit number in place of a pointer. The
+// blocks grow from 512 nodes to 4 MiB; freed nodes are reused first.
+// Nodes own nothing (dependency sets belong to the manager): the blocks are
+// given back without visiting them.
+class node_pool {
+public:
+    // Room for a node (the caller constructs it there), and its number.
+    void* make(std::uint32_t& number)
+    {
+        if (!free_numbers.empty()) {
+            number = free_numbers.back();
+            free_numbers.pop_back();
+        } else {
+            if (made == capacity)
+                grow();
+            number = made++;
+        }
+        return at(number);
+    }
+
+    bdd_node* at(std::uint32_t number) const { return groups[number >> group_bits] + (number & group_mask); }
+
+    void release(std::uint32_t number) { free_numbers.push_back(number); }
+
+    template <class F>
+    void for_each(F&& visit)
+    {
+        for (std::uint32_t i = 0; i < made; ++i)
+            visit(*at(i));
+    }
+
+private:
+    static constexpr unsigned group_bits = 9;
+    static constexpr std::uint32_t group_size = std::uint32_t(1) << group_bits;
+    static constexpr std::uint32_t group_mask = group_size - 1;
+
+    void grow()
+    {
+        // 512 and 1536 nodes from the heap, then 2 MiB, then 4 MiB blocks.
+        std::size_t n = blocks.size();
+        std::size_t bytes = n < 2 ? (std::size_t(group_size) << n) * (n + 1) * sizeof(bdd_node)
+                                  : (n == 2 ? huge_page : largest_block);
+        std::size_t nodes = (bytes / sizeof(bdd_node)) & ~std::size_t(group_mask);
+        // Numbers are 32 bits wide: past 2^32 nodes (some 300 GB) the pool is
+        // as full as memory would be.
+        if (nodes > std::uint32_t(-1) - capacity)
+            throw std::bad_alloc();
+        bdd_node* base = static_cast<bdd_node*>(blocks.add(bytes).base);
+        for (std::size_t g = 0; g < nodes; g += group_size)
+            groups.push_back(base + g);
+        capacity += static_cast<std::uint32_t>(nodes);
+    }
+
+    block_list blocks;
+    std::vector<bdd_node*> groups; // by number / group_size
+    std::uint32_t made = 0;
+    std::uint32_t capacity = 0;
+    std::vector<std::uint32_t> free_numbers;
+};
+
+// Storage for the unique table's slot arrays: blocks of 2^k slots cut from
+// growing regions (16 and 64 KiB from the heap, then 2 MiB, then 4 MiB); a
+// block given back when its subtable outgrows it serves the next subtable
+// that grows to that size.
+class slot_store {
+public:
+    // 2^bits zeroed slots.
+    std::uint64_t* take(unsigned bits)
+    {
+        std::size_t bytes = sizeof(std::uint64_t) << bits;
+        std::uint64_t* p;
+        if (bits < spare.size() && !spare[bits].empty()) {
+            p = spare[bits].back();
+            spare[bits].pop_back();
+        } else {
+            if (bytes > left) {
+                const block& b = regions.add(std::max(bytes, next_region));
+                next = static_cast<char*>(b.base);
+                left = b.bytes;
+                fresh = b.mapped;
+                next_region = next_region < first_regions ? next_region * 4
+                                                          : (next_region < huge_page ? huge_page : largest_block);
+            }
+            p = reinterpret_cast<std::uint64_t*>(next);
+            next += bytes;
+            left -= bytes;
+            // Memory fresh from the system is zero already.
+            if (fresh)
+                return p;
+        }
+        std::memset(p, 0, bytes);
+        return p;
+    }
+
+    void give(std::uint64_t* p, unsigned bits)
+    {
+        if (spare.size() <= bits)
+            spare.resize(bits + 1);
+        spare[bits].push_back(p);
+    }
+
+private:
+    block_list regions;
+    char* next = nullptr;
+    std::size_t left = 0;
+    bool fresh = false;
+    static constexpr std::size_t first_regions = std::size_t(64) << 10;
+    std::size_t next_region = std::size_t(16) << 10;
+    std::vector<std::vector<std::uint64_t*>> spare; // by bits
 };
 
 } // namespace
@@ -126,54 +343,24 @@ private:
 // under 2^22. Nodes are made level by level, so the probes of one level stay
 // within one small subtable instead of roaming over the whole table. The
 // partition is a function of the key alone: the table still holds one node
-// per key.
+// per key, and every entry's key is its node's signature.
+//
+// A slot is one word: the top 32 bits of the key's hash, then the node's
+// number in the pool (0, the constant node's, is never entered: a zero word
+// is an empty slot). A probe compares hashes and reads a node only when they
+// agree; a subtable grows without reading any node.
 struct bddpp_manager::unique_table {
-    struct slot {
-        std::int64_t key;
-        bdd_node* node; // null: empty
-    };
-
     struct part {
-        std::vector<slot> slots;
-        std::size_t mask = 0;
-        unsigned shift = 64;
+        std::uint64_t* slots = nullptr;
+        unsigned bits = 0; // 2^bits slots
         std::size_t count = 0;
 
-        std::size_t home(std::int64_t key) const
-        {
-            return static_cast<std::size_t>((static_cast<std::uint64_t>(key) * golden) >> shift);
-        }
-
-        std::size_t probe(std::int64_t key) const
-        {
-            std::size_t i = home(key);
-            while (slots[i].node && slots[i].key != key)
-                i = (i + 1) & mask;
-            return i;
-        }
-
-        bool full() const { return (count + 1) * 2 > slots.size(); }
-
-        void place(std::size_t i, std::int64_t key, bdd_node* node)
-        {
-            slots[i] = slot{key, node};
-            ++count;
-        }
-
-        void resize(std::size_t size)
-        {
-            std::vector<slot> old;
-            old.swap(slots);
-            slots.assign(size, slot{0, nullptr});
-            mask = size - 1;
-            shift = 64;
-            for (std::size_t s = size; s > 1; s >>= 1)
-                --shift;
-            count = 0;
-            for (const slot& s : old)
-                if (s.node)
-                    place(probe(s.key), s.key, s.node);
-        }
+        std::size_t mask() const { return (std::size_t(1) << bits) - 1; }
+        std::size_t home(std::uint32_t hash) const { return hash >> (32 - bits); }
+        // Three quarters full at most: a probe compares whole words, and the
+        // few more steps it takes cost less than the memory a sparser table
+        // touches.
+        bool full() const { return (count + 1) * 4 > (std::size_t(3) << bits); }
     };
 
     // A position in the table: a subtable and a slot of it.
@@ -182,7 +369,48 @@ struct bddpp_manager::unique_table {
         std::size_t i;
     };
 
-    static std::size_t part_of(std::int64_t key) { return static_cast<std::size_t>(static_cast<std::uint64_t>(key) >> 45); }
+    static std::uint32_t hash_of(std::int64_t key)
+    {
+        return static_cast<std::uint32_t>((static_cast<std::uint64_t>(key) * golden) >> 32);
+    }
+    static std::uint64_t word(std::uint32_t hash, std::uint32_t number)
+    {
+        return (static_cast<std::uint64_t>(hash) << 32) | number;
+    }
+    static std::uint32_t hash_in(std::uint64_t w) { return static_cast<std::uint32_t>(w >> 32); }
+    static std::uint32_t number_in(std::uint64_t w) { return static_cast<std::uint32_t>(w); }
+
+    static std::size_t part_of(std::int64_t key)
+    {
+        return static_cast<std::size_t>(static_cast<std::uint64_t>(key) >> 45);
+    }
+
+    unique_table() = default;
+    unique_table(const unique_table&) = delete;
+    unique_table& operator=(const unique_table&) = delete;
+
+    bdd_node* node_at(std::uint64_t w) const { return nodes.at(number_in(w)); }
+
+    // The slot of p holding key (its node in found), or the empty slot where
+    // it would go (found null).
+    std::size_t probe(const part& p, std::int64_t key, std::uint32_t hash, bdd_node*& found) const
+    {
+        std::size_t mask = p.mask();
+        for (std::size_t i = p.home(hash);; i = (i + 1) & mask) {
+            std::uint64_t w = p.slots[i];
+            if (!w) {
+                found = nullptr;
+                return i;
+            }
+            if (hash_in(w) == hash) {
+                bdd_node* n = node_at(w);
+                if (n->internal_signature == key) {
+                    found = n;
+                    return i;
+                }
+            }
+        }
+    }
 
     part& part_for(std::int64_t key)
     {
@@ -190,133 +418,138 @@ struct bddpp_manager::unique_table {
         if (at >= parts.size())
             parts.resize(at + 1);
         part& p = parts[at];
-        if (p.slots.empty())
-            p.resize(8);
+        if (!p.slots) {
+            p.bits = 3;
+            p.slots = store.take(p.bits);
+        }
         return p;
     }
 
-    // The slot holding key, or the empty slot where it would go.
-    where probe(std::int64_t key)
+    // The node entered under key, or null; at tells where it is or would go.
+    bdd_node* lookup(std::int64_t key, where& at)
     {
         part& p = part_for(key);
-        return where{&p, p.probe(key)};
+        bdd_node* found;
+        at = where{&p, probe(p, key, hash_of(key), found)};
+        return found;
     }
 
     bdd_node* find(std::int64_t key) const
     {
         std::size_t at = part_of(key);
-        if (at >= parts.size() || parts[at].slots.empty())
+        if (at >= parts.size() || !parts[at].slots)
             return nullptr;
-        const part& p = parts[at];
-        return p.slots[p.probe(key)].node;
+        bdd_node* found;
+        probe(parts[at], key, hash_of(key), found);
+        return found;
     }
 
-    // Puts node at a slot found empty by probe() for this key, if the
-    // subtable has room; false otherwise.
-    bool place(where w, std::int64_t key, bdd_node* node)
+    // Puts node (its number) at a slot that lookup() found empty for key, if
+    // the subtable has room; false otherwise.
+    bool place(where w, std::int64_t key, std::uint32_t number)
     {
         if (w.p->full())
             return false;
-        w.p->place(w.i, key, node);
+        w.p->slots[w.i] = word(hash_of(key), number);
+        ++w.p->count;
         ++count;
         return true;
     }
 
-    // Enters node under key, replacing any node that held the key.
-    void insert(std::int64_t key, bdd_node* node)
+    void grow(part& p)
+    {
+        std::uint64_t* old = p.slots;
+        std::size_t old_size = std::size_t(1) << p.bits;
+        p.slots = store.take(p.bits + 1);
+        ++p.bits;
+        std::size_t mask = p.mask();
+        for (std::size_t k = 0; k < old_size; ++k) {
+            std::uint64_t w = old[k];
+            if (!w)
+                continue;
+            std::size_t i = p.home(hash_in(w));
+            while (p.slots[i])
+                i = (i + 1) & mask;
+            p.slots[i] = w;
+        }
+        store.give(old, p.bits - 1);
+    }
+
+    // Enters a node under key, replacing any node that held the key.
+    void insert(std::int64_t key, std::uint32_t number)
     {
         part& p = part_for(key);
         if (p.full())
-            p.resize(p.slots.size() * 2);
-        std::size_t i = p.probe(key);
-        if (p.slots[i].node) {
-            p.slots[i].node = node;
+            grow(p);
+        std::uint32_t hash = hash_of(key);
+        bdd_node* found;
+        std::size_t i = probe(p, key, hash, found);
+        p.slots[i] = word(hash, number);
+        if (found)
             return;
-        }
-        p.place(i, key, node);
+        ++p.count;
         ++count;
     }
 
     void erase(std::int64_t key)
     {
         std::size_t at = part_of(key);
-        if (at >= parts.size() || parts[at].slots.empty())
+        if (at >= parts.size() || !parts[at].slots)
             return;
         part& p = parts[at];
-        std::size_t i = p.probe(key);
-        if (!p.slots[i].node)
+        bdd_node* found;
+        std::size_t i = probe(p, key, hash_of(key), found);
+        if (!found)
             return;
         // Backward-shift deletion keeps every probe sequence unbroken.
+        std::size_t mask = p.mask();
         std::size_t j = i;
         for (;;) {
-            j = (j + 1) & p.mask;
-            if (!p.slots[j].node)
+            j = (j + 1) & mask;
+            if (!p.slots[j])
                 break;
-            std::size_t k = p.home(p.slots[j].key);
+            std::size_t k = p.home(hash_in(p.slots[j]));
             bool movable = (j > i) ? (k <= i || k > j) : (k <= i && k > j);
             if (movable) {
                 p.slots[i] = p.slots[j];
                 i = j;
             }
         }
-        p.slots[i].node = nullptr;
+        p.slots[i] = 0;
         --p.count;
         --count;
     }
 
+    // visit(key, node, number) for every entry.
     template <class F>
     void for_each(F&& visit) const
     {
-        for (const part& p : parts)
-            for (const slot& s : p.slots)
-                if (s.node)
-                    visit(s.key, s.node);
+        for (const part& p : parts) {
+            if (!p.slots)
+                continue;
+            for (std::size_t k = 0, size = std::size_t(1) << p.bits; k < size; ++k)
+                if (std::uint64_t w = p.slots[k]) {
+                    bdd_node* n = node_at(w);
+                    visit(n->internal_signature, n, number_in(w));
+                }
+        }
     }
 
+    node_pool nodes;
+    slot_store store;
     std::vector<part> parts;
     std::size_t count = 0;
 };
 
-// Nodes live in chunks that never move; freed nodes are reused first.
-class node_pool {
-public:
-    bdd_node* make()
-    {
-        if (!free_nodes.empty()) {
-            bdd_node* n = free_nodes.back();
-            free_nodes.pop_back();
-            return n;
-        }
-        if (used == chunk_size || chunks.empty()) {
-            chunks.emplace_back(new bdd_node[chunk_size]);
-            used = 0;
-        }
-        return &chunks.back()[used++];
-    }
-
-    void release(bdd_node* n) { free_nodes.push_back(n); }
-
-    template <class F>
-    void for_each(F&& visit)
-    {
-        for (std::size_t c = 0; c < chunks.size(); ++c)
-            for (std::size_t i = 0, end = c + 1 == chunks.size() ? used : chunk_size; i < end; ++i)
-                visit(chunks[c][i]);
-    }
-
-private:
-    static constexpr std::size_t chunk_size = 4096;
-    std::vector<std::unique_ptr<bdd_node[]>> chunks;
-    std::size_t used = 0;
-    std::vector<bdd_node*> free_nodes;
-};
-
 struct bddpp_manager::workspace {
-    node_pool nodes;
     call_memo memo;
+    call_memo rebuild_memo;
     std::vector<apply_frame> frames;
+    std::vector<rebuild_frame> rebuild_frames;
     std::vector<bdd_node*> walk_stack;
     std::vector<bdd_node*> walk_seen;
+    // The dependency sets kept on nodes that were asked for them.
+    std::unordered_map<const bdd_node*, std::vector<std::int64_t>> dep_sets;
     std::size_t dep_cache_entries = 0;
     // Per variable id, the number of the last dependency walk that met it.
     std::vector<std::uint32_t> var_seen;
@@ -326,8 +559,45 @@ struct bddpp_manager::workspace {
 // Kernel operations that need the manager's internals.
 struct bddpp_kernel {
     using workspace = bddpp_manager::workspace;
+    using unique_table = bddpp_manager::unique_table;
 
     static bdd_node* one(const bddpp_manager& m) { return m.internal_bdd_node_one; }
+
+    // A new node: the next global id, one count, one more on each child.
+    static bdd_node* make_node(bddpp_manager& m, std::int64_t var_id, std::int64_t key, int else_link, bdd_node* t,
+                               bdd_node* e, std::uint32_t& number)
+    {
+        void* room = m.internal_bdd_node_map->nodes.make(number);
+        bdd_node* n = new (room) bdd_node(&m, key, var_id, m.internal_next_node_id++, 1, else_link, t, e);
+        t->internal_ref();
+        e->internal_ref();
+        return n;
+    }
+
+    // Steps 5 and 6 of find or create, for a call that passed the checks:
+    // look up the key formed from the index; else make the node, which
+    // enters itself under the key formed from its variable id.
+    // made: whether the node is new (its index is then `index`).
+    static bdd_node* find_or_make(bddpp_manager& m, std::int64_t index, int stored_else, bdd_node* t, bdd_node* e,
+                                  bool& made)
+    {
+        const std::int64_t lookup_key = bddpp_manager::Signature(index, stored_else, t, e);
+        unique_table& table = *m.internal_bdd_node_map;
+        unique_table::where at;
+        made = false;
+        if (bdd_node* found = table.lookup(lookup_key, at)) {
+            found->internal_ref();
+            return found;
+        }
+        made = true;
+        const std::int64_t id = m.internal_indextoid_table[static_cast<std::size_t>(index)];
+        const std::int64_t key = id == index ? lookup_key : bddpp_manager::Signature(id, stored_else, t, e);
+        std::uint32_t number;
+        bdd_node* n = make_node(m, id, key, stored_else, t, e, number);
+        if (key != lookup_key || !table.place(at, lookup_key, number))
+            table.insert(key, number);
+        return n;
+    }
 
     // Marks every node reachable from the roots (mark 1) and lists it in
     // `seen`, depth first with the then-child first. Marks are zero outside
@@ -431,7 +701,7 @@ struct bddpp_kernel {
     template <bool is_and>
     static edge apply(bddpp_manager& m, edge x, edge y)
     {
-        edge r;
+        edge r{};
         if (terminal<is_and>(m, x, y, r)) {
             r.node->internal_ref();
             return r;
@@ -533,71 +803,129 @@ struct bddpp_kernel {
     }
 
     static edge unpack(const bdd& f) { return edge{f.link_type(), f.node()}; }
+    static bdd pack(bddpp_manager& m, edge r) { return r.node ? bdd(&m, r.link, r.node) : bdd(); }
+
+    // The conjunction of a literal x (a variable's node, either link) with a
+    // function y whose node is the constant or lies below x's index i: the
+    // general recursion's steps for that case, counts included. y's node is
+    // not null.
+    static edge and_literal(bddpp_manager& m, edge x, std::int64_t i, edge y, std::int64_t iy)
+    {
+        bdd_node* c = one(m);
+        if (y.node == c) {
+            edge r = (y.link == 1) ? x : edge{-1, c};
+            r.node->internal_ref();
+            return r;
+        }
+        // Both cofactors are terminal: x's are constants.
+        const edge zero{-1, c};
+        const edge r1 = x.link == 1 ? y : zero;
+        const edge r0 = x.link == 1 ? zero : y;
+        r1.node->internal_ref();
+        r0.node->internal_ref();
+        // Find or create's checks hold: i is a variable's index above y's
+        // node, and one child is the constant.
+        bool made;
+        edge r{r1.link, find_or_make(m, i, r1.link * r0.link, r1.node, r0.node, made)};
+        r.node->internal_ref();
+        std::int64_t ri = made ? i : r.node->var_index();
+        if (ri != -1 && ri < i && ri < iy)
+            result_above_operands<true>(m, apply_frame{x, y, {}, {}, i, iy, i, 0}, r);
+        return r;
+    }
+
+    // (f and g) or (not f and h), as Bdd_ite computes it. When f is a
+    // variable above g and h (a node table row), its two conjunctions take
+    // the short path above.
+    static edge ite(bddpp_manager& m, edge f, edge g, edge h)
+    {
+        bdd_node* c = one(m);
+        if (f.node && f.node != c && g.node && h.node && f.node->internal_then == c && f.node->internal_else == c) {
+            const std::int64_t i = f.node->var_index();
+            const std::int64_t ig = g.node->var_index();
+            const std::int64_t ih = h.node->var_index();
+            if (i >= 0 && (g.node == c || i < ig) && (h.node == c || i < ih)) {
+                edge a = and_literal(m, f, i, g, ig);
+                edge b = and_literal(m, edge{-f.link, f.node}, i, h, ih);
+                return apply<false>(m, a, b);
+            }
+        }
+        edge a = apply<true>(m, f, g);
+        edge b = apply<true>(m, edge{-f.link, f.node}, h);
+        return apply<false>(m, a, b);
+    }
 
     // ---- Rebuilding a function node by node (substitution, quantification).
     // leaf(e, r) answers the edges that need no descent; combine(e, r_then,
     // r_else) builds the result of an edge from its cofactors' results. Both
-    // cofactors are solved (then first) before their edge, on an explicit
-    // stack; each (node, link) is solved once per call.
+    // cofactors are solved (then first, its whole subtree before the else
+    // side) before their edge, on an explicit stack; each (node, link) is
+    // solved once per call. Results are held without counts within the call
+    // (nothing is freed during it): the operations they come from counted them.
     template <class Leaf, class Combine>
     static bdd rebuild(bddpp_manager& m, const bdd& f, Leaf leaf, Combine combine)
     {
         if (!f.node())
             return f;
-        std::unordered_map<std::uintptr_t, bdd> done;
-        auto key = [](edge e) {
-            return reinterpret_cast<std::uintptr_t>(e.node) | (e.link < 0 ? 1u : 0u);
+        workspace& w = *m.internal_workspace;
+        call_memo& done = w.rebuild_memo;
+        done.start();
+        const edge none{0, nullptr};
+        bdd_node* c = one(m);
+        // An edge answered without descending: the constant, an edge solved
+        // before in this call, or a leaf.
+        auto solved = [&](edge e, edge& r) {
+            if (e.node == c) {
+                r = e;
+                return true;
+            }
+            if (done.find(e, none, r))
+                return true;
+            if (!leaf(e, r))
+                return false;
+            done.insert(e, none, r);
+            return true;
         };
-        struct frame {
-            edge e;
-            int stage;
-        };
-        std::vector<frame> stack{frame{unpack(f), 0}};
-        while (!stack.empty()) {
-            frame& top = stack.back();
-            edge e = top.e;
-            edge t{e.link, e.node->internal_then};
-            edge el{e.link * e.node->internal_else_link_type, e.node->internal_else};
+        edge r{};
+        if (solved(unpack(f), r))
+            return pack(m, r);
+        std::vector<rebuild_frame>& stack = w.rebuild_frames;
+        stack.clear();
+        stack.push_back(rebuild_frame{unpack(f), {}, {}, 0});
+        for (;;) {
+            rebuild_frame& top = stack.back();
             if (top.stage == 0) {
-                if (done.count(key(e))) {
-                    stack.pop_back();
-                    continue;
-                }
-                bdd r;
-                if (e.node == one(m)) {
-                    done.emplace(key(e), bdd(&m, e.link, e.node));
-                    stack.pop_back();
-                    continue;
-                }
-                if (leaf(e, r)) {
-                    done.emplace(key(e), r);
-                    stack.pop_back();
-                    continue;
-                }
                 top.stage = 1;
-                stack.push_back(frame{t, 0});
-                continue;
+                edge t = then_of(top.e);
+                if (!solved(t, top.r1)) {
+                    stack.push_back(rebuild_frame{t, {}, {}, 0});
+                    continue;
+                }
             }
             if (top.stage == 1) {
                 top.stage = 2;
-                stack.push_back(frame{el, 0});
-                continue;
+                edge el = else_of(top.e);
+                if (!solved(el, top.r0)) {
+                    stack.push_back(rebuild_frame{el, {}, {}, 0});
+                    continue;
+                }
             }
-            bdd r = combine(e, done[key(t)], done[key(el)]);
-            done.emplace(key(e), r);
+            // combine may run conjunctions: they keep their own memo and stack.
+            r = combine(top.e, top.r1, top.r0);
+            done.insert(top.e, none, r);
             stack.pop_back();
+            if (stack.empty())
+                return pack(m, r);
+            rebuild_frame& parent = stack.back();
+            (parent.stage == 1 ? parent.r1 : parent.r0) = r;
         }
-        return done[key(unpack(f))];
     }
 
-    static bdd then_of(bddpp_manager& m, edge e) { return bdd(&m, e.link, e.node->internal_then); }
-    static bdd else_of(bddpp_manager& m, edge e)
+    static edge then_of(edge e) { return edge{e.link, e.node->internal_then}; }
+    static edge else_of(edge e) { return edge{e.link * e.node->internal_else_link_type, e.node->internal_else}; }
+    static edge var_of(bddpp_manager& m, const bdd_node* n)
     {
-        return bdd(&m, e.link * e.node->internal_else_link_type, e.node->internal_else);
-    }
-    static bdd var_of(bddpp_manager& m, const bdd_node* n)
-    {
-        return bdd(&m, 1, m.internal_variables_table[static_cast<std::size_t>(n->internal_var_id)]);
+        return edge{1, m.internal_variables_table[static_cast<std::size_t>(n->internal_var_id)]};
     }
 
     template <bool is_exist>
@@ -611,16 +939,16 @@ struct bddpp_kernel {
             chosen[static_cast<std::size_t>(id)] = 1;
             deepest = std::max(deepest, m.internal_idtoindex_table[static_cast<std::size_t>(id)]);
         }
-        auto leaf = [&](edge e, bdd& r) {
+        auto leaf = [&](edge e, edge& r) {
             if (e.node->var_index() <= deepest)
                 return false;
-            r = bdd(&m, e.link, e.node);
+            r = e;
             return true;
         };
-        auto combine = [&](edge e, const bdd& r1, const bdd& r0) {
+        auto combine = [&](edge e, edge r1, edge r0) {
             if (chosen[static_cast<std::size_t>(e.node->internal_var_id)])
-                return is_exist ? m.Bdd_or(r1, r0) : m.Bdd_and(r1, r0);
-            return m.Bdd_ite(var_of(m, e.node), r1, r0);
+                return apply<!is_exist>(m, r1, r0);
+            return ite(m, var_of(m, e.node), r1, r0);
         };
         return rebuild(m, f, leaf, combine);
     }
@@ -681,22 +1009,23 @@ struct bddpp_kernel {
         unmark(seen);
         std::sort(ids.begin(), ids.end());
         if (w.dep_cache_entries + ids.size() <= dep_cache_budget) {
-            root->internal_var_id_dep = std::make_unique<std::vector<std::int64_t>>(ids);
+            root->internal_var_id_dep = &(w.dep_sets[root] = ids);
             w.dep_cache_entries += ids.size();
         }
         return ids;
     }
 
-    static void recycle(bddpp_manager& m, bdd_node* n)
+    static void recycle(bddpp_manager& m, bdd_node* n, std::uint32_t number)
     {
         workspace& w = *m.internal_workspace;
         if (n->internal_var_id_dep) {
             w.dep_cache_entries -= n->internal_var_id_dep->size();
-            n->internal_var_id_dep.reset();
+            w.dep_sets.erase(n);
+            n->internal_var_id_dep = nullptr;
         }
         n->internal_manager_ref = nullptr;
         n->internal_then = n->internal_else = nullptr;
-        w.nodes.release(n);
+        m.internal_bdd_node_map->nodes.release(number);
     }
 };
 
@@ -751,14 +1080,9 @@ bddpp_manager::bddpp_manager()
       internal_bdd_node_map(new unique_table),
       internal_workspace(new workspace)
 {
-    bdd_node* c = internal_workspace->nodes.make();
-    c->internal_manager_ref = this;
-    c->internal_var_id = -1;
-    c->internal_signature = -1;
-    c->internal_global_id = 1;
-    c->internal_nb_refs = 1;
-    c->internal_else_link_type = 1;
-    internal_bdd_node_one = c;
+    std::uint32_t number;
+    internal_bdd_node_one
+        = new (internal_bdd_node_map->nodes.make(number)) bdd_node(this, -1, -1, 1, 1, 1, nullptr, nullptr);
 }
 
 bddpp_manager::bddpp_manager(bddpp_manager* other) : bddpp_manager()
@@ -777,23 +1101,10 @@ bddpp_manager::~bddpp_manager()
     delete internal_bdd_node_map;
 }
 
-bdd_node* bddpp_manager::internal_new_node(std::int64_t var_id, int else_link, bdd_node* t, bdd_node* e)
+bdd_node* bddpp_manager::internal_new_node(std::int64_t var_id, int else_link, bdd_node* t, bdd_node* e,
+                                           std::uint32_t& number)
 {
-    workspace& w = *internal_workspace;
-    bdd_node* n = w.nodes.make();
-    n->internal_manager_ref = this;
-    n->internal_var_id = var_id;
-    n->internal_local_id = 0;
-    n->internal_global_id = internal_next_node_id++;
-    n->internal_mark = 0;
-    n->internal_nb_refs = 1;
-    n->internal_else_link_type = else_link;
-    n->internal_then = t;
-    n->internal_else = e;
-    t->internal_ref();
-    e->internal_ref();
-    n->internal_signature = Signature(var_id, else_link, t, e);
-    return n;
+    return bddpp_kernel::make_node(*this, var_id, Signature(var_id, else_link, t, e), else_link, t, e, number);
 }
 
 std::int64_t bddpp_manager::internal_make_variable(const std::string& name)
@@ -811,8 +1122,9 @@ std::int64_t bddpp_manager::internal_make_variable(const std::string& name)
     std::size_t at = static_cast<std::size_t>(id);
     internal_names_table[at] = name;
     internal_names_map[name] = id;
-    bdd_node* n = internal_new_node(id, -1, internal_bdd_node_one, internal_bdd_node_one);
-    internal_bdd_node_map->insert(n->internal_signature, n);
+    std::uint32_t number;
+    bdd_node* n = internal_new_node(id, -1, internal_bdd_node_one, internal_bdd_node_one, number);
+    internal_bdd_node_map->insert(n->internal_signature, number);
     internal_variables_table[at] = n;
     internal_assoc_var_table[at] = n;
     internal_idtoindex_table[at] = id;
@@ -1053,18 +1365,8 @@ bdd_node* bddpp_manager::Find_or_create_bdd_node(std::int64_t index, int then_li
         std::cerr << ")" << '\n';
         return nullptr;
     }
-    std::int64_t lookup_key = Signature(index, stored_else, then_node, else_node);
-    unique_table& table = *internal_bdd_node_map;
-    unique_table::where at = table.probe(lookup_key);
-    if (bdd_node* found = at.p->slots[at.i].node) {
-        found->internal_ref();
-        return found;
-    }
-    std::int64_t id = internal_indextoid_table[static_cast<std::size_t>(index)];
-    bdd_node* n = internal_new_node(id, stored_else, then_node, else_node);
-    if (n->internal_signature != lookup_key || !table.place(at, lookup_key, n))
-        table.insert(n->internal_signature, n);
-    return n;
+    bool made;
+    return bddpp_kernel::find_or_make(*this, index, stored_else, then_node, else_node, made);
 }
 
 bdd_node* bddpp_manager::Find_node_by_signature(std::int64_t signature) const
@@ -1074,7 +1376,7 @@ bdd_node* bddpp_manager::Find_node_by_signature(std::int64_t signature) const
 
 void bddpp_manager::For_each_table_entry(const std::function<void(std::int64_t, const bdd_node*)>& visit) const
 {
-    internal_bdd_node_map->for_each([&](std::int64_t key, const bdd_node* n) { visit(key, n); });
+    internal_bdd_node_map->for_each([&](std::int64_t key, const bdd_node* n, std::uint32_t) { visit(key, n); });
 }
 
 bdd bddpp_manager::Bdd_and(const bdd& f, const bdd& g)
@@ -1122,11 +1424,7 @@ bool bddpp_manager::Bdds_excl(const bdd& f, const bdd& g)
 bdd bddpp_manager::Bdd_ite(const bdd& f, const bdd& g, const bdd& h)
 {
     using k = bddpp_kernel;
-    edge fe = k::unpack(f);
-    edge a = k::apply<true>(*this, fe, k::unpack(g));
-    edge b = k::apply<true>(*this, edge{-fe.link, fe.node}, k::unpack(h));
-    edge r = k::apply<false>(*this, a, b);
-    return r.node ? bdd(this, r.link, r.node) : bdd();
+    return k::pack(*this, k::ite(*this, k::unpack(f), k::unpack(g), k::unpack(h)));
 }
 
 bdd bddpp_manager::Bdd_ite(int link, std::int64_t index, const bdd& g, const bdd& h)
@@ -1137,7 +1435,8 @@ bdd bddpp_manager::Bdd_ite(int link, std::int64_t index, const bdd& g, const bdd
         return Bdd_zero();
     }
     bdd_node* v = internal_variables_table[static_cast<std::size_t>(internal_indextoid_table[static_cast<std::size_t>(index)])];
-    return Bdd_ite(bdd(this, link == -1 ? -1 : 1, v), g, h);
+    using k = bddpp_kernel;
+    return k::pack(*this, k::ite(*this, edge{link == -1 ? -1 : 1, v}, k::unpack(g), k::unpack(h)));
 }
 
 bdd bddpp_manager::Bdd_compose(const bdd& f, const bdd& var, const bdd& g)
@@ -1152,21 +1451,20 @@ bdd bddpp_manager::Bdd_compose(const bdd& f, const bdd& var, const bdd& g)
 // composed cofactors.
 bdd bddpp_manager::Bdd_compose_loc(const bdd& f, std::int64_t vindex, const bdd& g)
 {
-    auto leaf = [&](edge e, bdd& r) {
+    using k = bddpp_kernel;
+    auto leaf = [&](edge e, edge& r) {
         std::int64_t i = e.node->var_index();
         if (i > vindex) {
-            r = bdd(this, e.link, e.node);
+            r = e;
             return true;
         }
         if (i == vindex) {
-            r = Bdd_ite(g, bddpp_kernel::then_of(*this, e), bddpp_kernel::else_of(*this, e));
+            r = k::ite(*this, k::unpack(g), k::then_of(e), k::else_of(e));
             return true;
         }
         return false;
     };
-    auto combine = [&](edge e, const bdd& r1, const bdd& r0) {
-        return Bdd_ite(bddpp_kernel::var_of(*this, e.node), r1, r0);
-    };
+    auto combine = [&](edge e, edge r1, edge r0) { return k::ite(*this, k::var_of(*this, e.node), r1, r0); };
     return bddpp_kernel::rebuild(*this, f, leaf, combine);
 }
 
@@ -1212,13 +1510,13 @@ bdd bddpp_manager::Bdd_swap_vars(const bdd& f, const bdd& x, const bdd& y)
 
 bdd bddpp_manager::Bdd_replace_vars(const bdd& f, const std::vector<std::int64_t>& table)
 {
-    auto leaf = [](edge, bdd&) { return false; };
-    auto combine = [&](edge e, const bdd& r1, const bdd& r0) {
+    auto leaf = [](edge, edge&) { return false; };
+    auto combine = [&](edge e, edge r1, edge r0) {
         std::int64_t id = e.node->internal_var_id;
         if (static_cast<std::size_t>(id) < table.size() && table[static_cast<std::size_t>(id)] >= 0
             && table[static_cast<std::size_t>(id)] < internal_bdd_vars)
             id = table[static_cast<std::size_t>(id)];
-        return Bdd_ite(bdd(this, 1, internal_variables_table[static_cast<std::size_t>(id)]), r1, r0);
+        return bddpp_kernel::ite(*this, edge{1, internal_variables_table[static_cast<std::size_t>(id)]}, r1, r0);
     };
     return bddpp_kernel::rebuild(*this, f, leaf, combine);
 }
@@ -1227,15 +1525,14 @@ bdd bddpp_manager::Bdd_keep_first_variables(const bdd& f, std::int64_t n)
 {
     // A decision node's function is never zero, so quantifying every
     // variable below it gives one.
-    auto leaf = [&](edge e, bdd& r) {
+    using k = bddpp_kernel;
+    auto leaf = [&](edge e, edge& r) {
         if (e.node->var_index() < n)
             return false;
-        r = Bdd_one();
+        r = edge{1, internal_bdd_node_one};
         return true;
     };
-    auto combine = [&](edge e, const bdd& r1, const bdd& r0) {
-        return Bdd_ite(bddpp_kernel::var_of(*this, e.node), r1, r0);
-    };
+    auto combine = [&](edge e, edge r1, edge r0) { return k::ite(*this, k::var_of(*this, e.node), r1, r0); };
     return bddpp_kernel::rebuild(*this, f, leaf, combine);
 }
 
@@ -1335,20 +1632,20 @@ bdd bddpp_manager::Bdd_dup(const bdd& f)
 
 std::int64_t bddpp_manager::Bdd_gc()
 {
-    std::vector<bdd_node*> dead;
-    internal_bdd_node_map->for_each([&](std::int64_t, bdd_node* n) {
+    std::vector<std::pair<bdd_node*, std::uint32_t>> dead;
+    internal_bdd_node_map->for_each([&](std::int64_t, bdd_node* n, std::uint32_t number) {
         if (n->internal_var_id == -1 || n->internal_nb_refs > 0)
             return;
         if (n->internal_var_id >= 0 && n->internal_var_id < internal_bdd_vars
             && internal_variables_table[static_cast<std::size_t>(n->internal_var_id)] == n)
             return;
-        dead.push_back(n);
+        dead.emplace_back(n, number);
     });
     // Children keep their counts: a child freed by this pass is found by a
     // later one.
-    for (bdd_node* n : dead) {
+    for (const auto& [n, number] : dead) {
         internal_bdd_node_map->erase(n->internal_signature);
-        bddpp_kernel::recycle(*this, n);
+        bddpp_kernel::recycle(*this, n, number);
     }
     return static_cast<std::int64_t>(dead.size());
 }
@@ -1373,7 +1670,7 @@ void bddpp_manager::Bdd_clear_marks(const bdd& f)
 
 void bddpp_manager::Bdd_global_clear_marks()
 {
-    internal_workspace->nodes.for_each([](bdd_node& n) { n.internal_mark = 0; });
+    internal_bdd_node_map->nodes.for_each([](bdd_node& n) { n.internal_mark = 0; });
 }
 
 bool bddpp_manager::Bdd_for_each_one_path(const bdd& f,

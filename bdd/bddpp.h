@@ -61,6 +61,15 @@ private:
     friend class bdd;
     friend struct bddpp_kernel;
 
+    // A node made by its manager, written in one pass.
+    bdd_node(bddpp_manager* manager, std::int64_t signature, std::int64_t var_id, std::int64_t global_id,
+             std::int32_t nb_refs, std::int32_t else_link, bdd_node* then_node, bdd_node* else_node)
+        : internal_manager_ref(manager), internal_signature(signature), internal_var_id(var_id),
+          internal_global_id(global_id), internal_nb_refs(nb_refs), internal_else_link_type(else_link),
+          internal_then(then_node), internal_else(else_node)
+    {
+    }
+
     // Counts saturate: a count that reached the maximum never moves again,
     // so that it stays an upper bound and the node is never collected.
     void internal_ref()
@@ -78,8 +87,9 @@ private:
     std::int64_t internal_signature = -3;
     std::int64_t internal_var_id = -3;
     // Dependency ids kept only for nodes that were asked for them (see
-    // bddpp_manager::Var_id_dep); every other node's set is computed on demand.
-    std::unique_ptr<std::vector<std::int64_t>> internal_var_id_dep;
+    // bddpp_manager::Var_id_dep), owned by the manager; every other node's
+    // set is computed on demand.
+    const std::vector<std::int64_t>* internal_var_id_dep = nullptr;
     std::int64_t internal_local_id = 0;
     std::int64_t internal_global_id = 0;
     std::int64_t internal_mark = 0;
@@ -337,7 +347,8 @@ private:
     struct workspace;
 
     std::int64_t internal_make_variable(const std::string& name);
-    bdd_node* internal_new_node(std::int64_t var_id, int else_link, bdd_node* t, bdd_node* e);
+    bdd_node* internal_new_node(std::int64_t var_id, int else_link, bdd_node* t, bdd_node* e,
+                                std::uint32_t& number);
 
     std::int64_t internal_bdd_vars = 0;
     std::int64_t internal_max_bdd_vars = 16;
@@ -350,7 +361,7 @@ private:
     unique_table* internal_bdd_node_map = nullptr;
     std::map<std::string, std::int64_t> internal_names_map;
     bdd_node* internal_bdd_node_one = nullptr;
-    // Node storage, the per-call memo and the walks' scratch stacks.
+    // The per-call memos and the walks' scratch stacks and dependency sets.
     std::unique_ptr<workspace> internal_workspace;
 };
 

@@ -5,6 +5,7 @@
 #undef bdd_init
 #undef bdd_ithvar
 #undef bdd_nithvar
+#undef bdd_makeset
 
 #include <chrono>
 
@@ -19,11 +20,10 @@ double seconds_since(std::chrono::steady_clock::time_point start)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// A fresh kernel per case, large enough that no collection runs.
-void start(int nvars, std::size_t nodes)
+// Collections are silenced, nothing else is changed.
+void start(init with, int nvars)
 {
-    bdd_init(static_cast<int>(nodes), static_cast<int>(nodes / 8 + 1000));
-    bdd_setmaxincrease(static_cast<int>(nodes));
+    bdd_init(with.nodes, with.cache);
     bdd_setvarnum(nvars);
     bdd_gbc_hook(nullptr);
 }
@@ -46,13 +46,18 @@ BDD build(const workload::sum_of_products& f)
     return sum;
 }
 
+long size_of(BDD r)
+{
+    return bdd_nodecount(r) + 1; // with the terminal, as Bdd_size counts
+}
+
 } // namespace
 
-double build_table(int nvars, const std::vector<workload::node_row>& rows, std::size_t& nodes)
+double load_table(init with, const std::vector<workload::node_row>& rows, long& nodes)
 {
-    start(nvars, 2 * rows.size() + static_cast<std::size_t>(nvars) * 2 + 10000);
-    std::vector<BDD> built(rows.size(), buddy_true);
     auto t0 = std::chrono::steady_clock::now();
+    start(with, workload::load_vars);
+    std::vector<BDD> built(rows.size(), buddy_true);
     for (std::size_t r = 1; r < rows.size(); ++r) {
         const workload::node_row& n = rows[r];
         BDD e = built[static_cast<std::size_t>(n.else_row)];
@@ -61,21 +66,21 @@ double build_table(int nvars, const std::vector<workload::node_row>& rows, std::
         built[r] = bdd_addref(bdd_ite(bdd_ithvar(n.var), built[static_cast<std::size_t>(n.then_row)], e));
     }
     double s = seconds_since(t0);
-    nodes = static_cast<std::size_t>(bdd_getnodenum());
+    nodes = bdd_getnodenum();
     bdd_done();
     return s;
 }
 
-double apply_pairs(int nvars, const std::vector<workload::sum_of_products>& functions,
+double apply_pairs(init with, int nvars, const std::vector<workload::sum_of_products>& functions,
                    const std::vector<std::pair<int, int>>& pairs, long& result_nodes)
 {
-    start(nvars, 4000000);
-    std::vector<BDD> f;
-    for (const auto& sop : functions)
-        f.push_back(build(sop));
     std::vector<BDD> results;
     results.reserve(2 * pairs.size());
     auto t0 = std::chrono::steady_clock::now();
+    start(with, nvars);
+    std::vector<BDD> f;
+    for (const auto& sop : functions)
+        f.push_back(build(sop));
     for (const auto& p : pairs) {
         results.push_back(bdd_addref(bdd_and(f[static_cast<std::size_t>(p.first)], f[static_cast<std::size_t>(p.second)])));
         results.push_back(bdd_addref(bdd_or(f[static_cast<std::size_t>(p.first)], f[static_cast<std::size_t>(p.second)])));
@@ -83,7 +88,35 @@ double apply_pairs(int nvars, const std::vector<workload::sum_of_products>& func
     double s = seconds_since(t0);
     result_nodes = 0;
     for (BDD r : results)
-        result_nodes += bdd_nodecount(r) + 1; // with the terminal, as Bdd_size counts
+        result_nodes += size_of(r);
+    bdd_done();
+    return s;
+}
+
+double quantify(init with, int nvars, const std::vector<workload::sum_of_products>& functions,
+                const std::vector<std::vector<int>>& sets, long& result_nodes)
+{
+    std::vector<BDD> results;
+    results.reserve(2 * functions.size() * sets.size());
+    auto t0 = std::chrono::steady_clock::now();
+    start(with, nvars);
+    std::vector<BDD> f;
+    for (const auto& sop : functions)
+        f.push_back(build(sop));
+    std::vector<BDD> cubes;
+    for (const auto& set : sets) {
+        std::vector<int> vars(set);
+        cubes.push_back(bdd_addref(bdd_makeset(vars.data(), static_cast<int>(vars.size()))));
+    }
+    for (BDD g : f)
+        for (BDD c : cubes) {
+            results.push_back(bdd_addref(bdd_exist(g, c)));
+            results.push_back(bdd_addref(bdd_forall(g, c)));
+        }
+    double s = seconds_since(t0);
+    result_nodes = 0;
+    for (BDD r : results)
+        result_nodes += size_of(r);
     bdd_done();
     return s;
 }

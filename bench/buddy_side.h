@@ -2,38 +2,37 @@
 #define BENCH_BUDDY_SIDE_H
 
 // The BuDDy half of the benchmarks, behind plain types (its bdd.h cannot
-// share a translation unit with ours).
+// share a translation unit with ours). Every run starts BuDDy afresh with the
+// given node table and cache sizes (bdd_init), and ends it; BuDDy grows its
+// table and collects by its own defaults when the table is not enough.
+
+#include "bdd_workloads.h"
 
 #include <cstddef>
 #include <utility>
 #include <vector>
 
-namespace workload {
-
-// One row of a node table, bottom-up: row 0 is the constant one; a row's
-// children are earlier rows; the then-edge is regular.
-struct node_row {
-    int var, then_row, else_row, else_link;
-};
-
-struct literal {
-    int var;
-    bool positive;
-};
-using sum_of_products = std::vector<std::vector<literal>>;
-
-} // namespace workload
-
 namespace buddy_side {
 
-// Builds every row with if-then-else on the row's variable; returns the
-// seconds spent in the rows and the nodes in use afterwards.
-double build_table(int nvars, const std::vector<workload::node_row>& rows, std::size_t& nodes);
+struct init {
+    int nodes, cache;
+};
 
-// Builds the functions (untimed), then times the conjunction and the
-// disjunction of each pair; returns seconds and the summed result sizes.
-double apply_pairs(int nvars, const std::vector<workload::sum_of_products>& functions,
+// Each returns the seconds from bdd_init to the last operation.
+
+// Builds every row with if-then-else on the row's variable; nodes: the nodes
+// in use at the end.
+double load_table(init with, const std::vector<workload::node_row>& rows, long& nodes);
+
+// Builds the functions, then the conjunction and the disjunction of each
+// pair; result_nodes: the summed result sizes.
+double apply_pairs(init with, int nvars, const std::vector<workload::sum_of_products>& functions,
                    const std::vector<std::pair<int, int>>& pairs, long& result_nodes);
+
+// Builds the functions and the variable sets, then the existential and the
+// universal quantification of each function over each set.
+double quantify(init with, int nvars, const std::vector<workload::sum_of_products>& functions,
+                const std::vector<std::vector<int>>& sets, long& result_nodes);
 
 } // namespace buddy_side
 
