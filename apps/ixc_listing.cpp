@@ -16,6 +16,9 @@ namespace {
 // Above this many one-paths a function is written as null: the output stays
 // bounded whatever the module.
 constexpr std::size_t max_one_paths = 100000;
+// Nor may one function's text be longer than this (long names make a few
+// paths enough for hundreds of megabytes); its length is measured first.
+constexpr std::uint64_t max_function_text = 16000000;
 
 // A small pretty-printing JSON writer: values go into the innermost open
 // array or object, keys in the order they are written.
@@ -172,9 +175,12 @@ void write_signal_list(json_writer& w, Module& m, const char* key, const std::li
 }
 
 // The one-paths of f as a sum of products of variable names, or false when
-// there are too many.
+// there are too many or their text would be too long.
 bool sum_of_products(bddpp_manager& man, const bdd& f, std::string& text)
 {
+    const bddpp_manager::sop_size size = man.Bdd_sop_size(f);
+    if (size.paths > max_one_paths || size.length > max_function_text)
+        return false;
     std::vector<std::vector<bdd_literal>> paths;
     if (!man.Bdd_one_paths(f, max_one_paths, paths))
         return false;

@@ -1727,6 +1727,105 @@ bool bddpp_manager::Bdd_one_paths(const bdd& f, std::size_t max_paths,
     return complete;
 }
 
+namespace {
+
+std::uint64_t saturating_add(std::uint64_t a, std::uint64_t b)
+{
+    return a > UINT64_MAX - b ? UINT64_MAX : a + b;
+}
+
+std::uint64_t saturating_mul(std::uint64_t a, std::uint64_t b)
+{
+    return a != 0 && b > UINT64_MAX / a ? UINT64_MAX : a * b;
+}
+
+// Over the one-paths below an edge: how many, how many literals, how many of
+// them negated, and the total length of their variables' names.
+struct path_totals {
+    std::uint64_t paths = 0;
+    std::uint64_t literals = 0;
+    std::uint64_t negated = 0;
+    std::uint64_t names = 0;
+};
+
+}  // namespace
+
+bddpp_manager::sop_size bddpp_manager::Bdd_sop_size(const bdd& f) const
+{
+    sop_size size;
+    if (!f.node())
+        return size;
+    // Post-order over (node, parity) on an explicit stack: chains of nodes
+    // may be far deeper than the call stack allows.
+    struct key_hash {
+        std::size_t operator()(const std::pair<const bdd_node*, int>& k) const
+        {
+            return std::hash<const void*>()(k.first) * 2 + (k.second > 0);
+        }
+    };
+    std::unordered_map<std::pair<const bdd_node*, int>, path_totals, key_hash> done;
+    struct frame {
+        const bdd_node* node;
+        int parity;
+        bool expanded;
+    };
+    auto is_leaf = [&](const bdd_node* n) {
+        return n == internal_bdd_node_one || !n->internal_then || !n->internal_else;
+    };
+    std::vector<frame> stack{frame{f.node(), f.link_type(), false}};
+    while (!stack.empty()) {
+        const frame top = stack.back();
+        const std::pair<const bdd_node*, int> key(top.node, top.parity);
+        if (done.count(key)) {
+            stack.pop_back();
+            continue;
+        }
+        const bdd_node* n = top.node;
+        if (is_leaf(n)) {
+            path_totals t;
+            t.paths = n == internal_bdd_node_one && top.parity == 1 ? 1 : 0;
+            done.emplace(key, t);
+            stack.pop_back();
+            continue;
+        }
+        const std::pair<const bdd_node*, int> then_key(n->internal_then, top.parity);
+        const std::pair<const bdd_node*, int> else_key(n->internal_else, top.parity * n->internal_else_link_type);
+        if (!top.expanded) {
+            stack.back().expanded = true;
+            stack.push_back(frame{then_key.first, then_key.second, false});
+            stack.push_back(frame{else_key.first, else_key.second, false});
+            continue;
+        }
+        const path_totals& t1 = done.at(then_key);
+        const path_totals& t0 = done.at(else_key);
+        const std::uint64_t name = Name_var_by_id(n->internal_var_id).size();
+        path_totals t;
+        t.paths = saturating_add(t1.paths, t0.paths);
+        t.literals = saturating_add(saturating_add(t1.literals, t0.literals), t.paths);
+        t.negated = saturating_add(t0.negated, t0.paths);
+        t.negated = saturating_add(t.negated, t1.negated);
+        t.names = saturating_add(saturating_add(t1.names, t0.names), saturating_mul(t.paths, name));
+        done.emplace(key, t);
+        stack.pop_back();
+    }
+    const path_totals& root = done.at({f.node(), f.link_type()});
+    size.paths = root.paths;
+    if (root.paths == UINT64_MAX) {
+        size.length = UINT64_MAX;
+        return size;
+    }
+    if (root.paths == 0 || root.literals == 0) {
+        // "0", or "1" for the single empty path of one.
+        size.length = 1;
+        return size;
+    }
+    // Each product: its names, a "!" per negated literal, a "*" between
+    // literals; " + " between products.
+    size.length = saturating_add(saturating_add(root.names, root.negated), root.literals - root.paths);
+    size.length = saturating_add(size.length, saturating_mul(3, root.paths - 1));
+    return size;
+}
+
 void bddpp_manager::Bdd_print_sop(std::ostream& os, const bdd& f, const std::string& separator) const
 {
     if (Bdd_is_one_tautologic(f)) {

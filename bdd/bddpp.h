@@ -321,6 +321,15 @@ public:
     // max_paths.
     bool Bdd_one_paths(const bdd& f, std::size_t max_paths,
                        std::vector<std::vector<bdd_literal>>& paths) const;
+    // What Bdd_print_sop(os, f, " + ") would write, measured without writing
+    // it: the number of one-paths and the text's length, both saturating at
+    // the largest 64-bit value. Counted per node (and complement parity), so
+    // the cost grows with the size of f, not with its number of paths.
+    struct sop_size {
+        std::uint64_t paths = 0;
+        std::uint64_t length = 0;
+    };
+    sop_size Bdd_sop_size(const bdd& f) const;
     // Writes f as a sum of its one-paths: variable names joined by "*", "!"
     // before a negated one, products joined by `separator`, nothing after a
     // product. One is written "1" and zero (or a null handle) "0".

@@ -337,6 +337,42 @@ TEST_F(abc, SumOfProductsAndOnePaths)
     EXPECT_TRUE(paths.empty());
 }
 
+// The measured size of a sum of products is that of the text written, on
+// functions sharing nodes under both parities; past 2^64 paths it saturates.
+TEST(BddServices, SumOfProductsSizeMatchesTheTextWithoutWritingIt)
+{
+    bddpp_manager m;
+    std::vector<bdd> v;
+    for (int i = 0; i < 8; ++i)
+        v.push_back(m.New_var_last(std::string(i + 1, static_cast<char>('a' + i))));
+    std::uint32_t state = 12345;
+    auto next = [&state] { return state = state * 1103515245u + 12345u; };
+    for (int round = 0; round < 200; ++round) {
+        bdd f = v[next() % 8];
+        for (int step = 0; step < 6; ++step) {
+            const bdd g = next() % 2 ? v[next() % 8] : m.Bdd_not(v[next() % 8]);
+            f = next() % 2 ? m.Bdd_and(f, g) : next() % 2 ? m.Bdd_or(f, g) : m.Bdd_xor(f, g);
+        }
+        const std::string text = sop(m, f, " + ");
+        std::vector<std::vector<bdd_literal>> paths;
+        ASSERT_TRUE(m.Bdd_one_paths(f, 1000, paths));
+        const bddpp_manager::sop_size size = m.Bdd_sop_size(f);
+        EXPECT_EQ(size.length, text.size()) << text;
+        EXPECT_EQ(size.paths, paths.size()) << text;
+    }
+    EXPECT_EQ(m.Bdd_sop_size(m.Bdd_one()).length, 1u);
+    EXPECT_EQ(m.Bdd_sop_size(m.Bdd_zero()).paths, 0u);
+    EXPECT_EQ(m.Bdd_sop_size(bdd()).paths, 0u);
+
+    bddpp_manager wide;
+    bdd parity = wide.Bdd_zero();
+    for (int i = 0; i < 70; ++i)
+        parity = wide.Bdd_xor(parity, wide.New_var_last("x" + std::to_string(i)));
+    const bddpp_manager::sop_size huge = wide.Bdd_sop_size(parity);
+    EXPECT_EQ(huge.paths, UINT64_MAX);
+    EXPECT_EQ(huge.length, UINT64_MAX);
+}
+
 // The file format allows 32767 nodes: a chain over as many variables, built
 // bottom-up as the module reader does, must go through every walk and
 // operation without exhausting the stack (also under ASan).

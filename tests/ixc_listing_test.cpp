@@ -35,6 +35,58 @@ void copy_in(const scratch_dir& dir, const std::string& from, const std::vector<
 const std::vector<std::string> example_files{"filter.ixc", "counter.ixc", "edges.ixc",
                                              "thermostat.ixc"};
 
+// A module whose output o is the disjunction of inputs whose names are
+// `name_length` characters long: its one-paths "x0", "!x0*x1", "!x0*!x1*x2"
+// ... make a text of m k (k + 1) / 2 + k^2 + 2k - 3 characters for k inputs
+// and variable names ("_s_" and the name) of m characters.
+std::string disjunction_module(int inputs, std::size_t name_length)
+{
+    std::string text = "module: wide\n0 0\ninput:";
+    for (int i = 0; i < inputs; ++i) {
+        std::string name = "i" + std::to_string(i);
+        name += std::string(name_length - name.size(), 'x');
+        text += " " + name;
+    }
+    text += " ;\noutput: o ;\nconnexion: set reset rtl ;\n";
+    text += "equation_def: " + std::to_string(inputs + 1) + "\n0 : -1 : 0 : 0 , 1\n";
+    // Bottom up: the last input alone, then each earlier one or'ed in.
+    text += "1 : " + std::to_string(2 * (inputs - 1)) + " : 0 : 0 , -1\n";
+    for (int i = inputs - 2, node = 2; i >= 0; --i, ++node)
+        text += std::to_string(node) + " : " + std::to_string(2 * i) + " : 0 : " + std::to_string(node - 1) + " , 1\n";
+    text += "expressions:\n1 0 " + std::to_string(2 * inputs) + " : " + std::to_string(inputs) + " , 1 , ( )\nend:\n";
+    return text;
+}
+
+// The bound on one function's text: 16,000,000 characters, measured
+// before anything is written.
+TEST(Inspector, AFunctionsTextIsBoundedBeforeItIsWritten)
+{
+    const auto length = [](std::uint64_t k, std::uint64_t m) { return m * k * (k + 1) / 2 + k * k + 2 * k - 3; };
+    // 100 inputs; variable names of 3,166 characters give 15,999,497, of
+    // 3,167 characters 16,004,547.
+    ASSERT_LE(length(100, 3166), 16000000u);
+    ASSERT_GT(length(100, 3167), 16000000u);
+    scratch_dir dir;
+    for (std::size_t m : {3166, 3167}) {
+        write_file(dir.file("wide.ixc"), disjunction_module(100, m - 3));
+        const process_result r = inspect({"--json", "wide.ixc"}, dir);
+        ASSERT_EQ(r.status, 0) << r.err;
+        const std::string::size_type at = r.out.find("\"function\": ");
+        ASSERT_NE(at, std::string::npos);
+        if (m == 3166) {
+            const std::string::size_type start = at + 12;
+            ASSERT_EQ(r.out[start], '"');
+            const std::string::size_type end = r.out.find('"', start + 1);
+            EXPECT_EQ(end - start - 1, length(100, m));
+            EXPECT_EQ(r.out.compare(start + 1, 6, "_s_i0x"), 0);
+        } else {
+            EXPECT_EQ(r.out.compare(at + 12, 4, "null"), 0);
+            // Well under what the function alone would have made.
+            EXPECT_LT(r.out.size(), 8000000u);
+        }
+    }
+}
+
 TEST(Inspector, SummaryListsTypedInputsAndOutputs)
 {
     scratch_dir dir;
