@@ -125,9 +125,30 @@ double bix_decimal(const char* text)
     return value;
 }
 
+namespace {
+
+// flex ends the process when its input fails to read (an I/O error); here a
+// read error is the end of the input, so that the parse fails on it as on
+// any truncated file.
+class bix_scanner : public bixFlexLexer {
+public:
+    bix_scanner(std::istream* in, std::ostream* out) : bixFlexLexer(in, out) {}
+
+protected:
+    int LexerInput(char* buf, int max_size) override
+    {
+        if (yyin.eof() || yyin.fail())
+            return 0;
+        yyin.read(buf, max_size);
+        return static_cast<int>(yyin.gcount());
+    }
+};
+
+}  // namespace
+
 bix_tpen_fichier* parse_bix_stream(std::istream& in, std::ostream& log, int explain)
 {
-    bixFlexLexer lexer(&in, &log);
+    bix_scanner lexer(&in, &log);
     class_bix_parser parser;
     parser.plexer = &lexer;
     if (parser.parse(log, explain) != 0) {
@@ -141,7 +162,8 @@ bix_tpen_fichier* bix_read_file(const std::string& name)
 {
     std::ifstream in(name);
     std::fstream log(name + ".log", std::ios::out | std::ios::trunc);
-    if (!in) {
+    // A directory opens but cannot be read: it is no file either.
+    if (!in || (in.peek(), in.bad())) {
         std::cerr << "FILE NOT FOUND !" << std::endl;
         return nullptr;
     }

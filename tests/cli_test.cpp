@@ -125,6 +125,15 @@ TEST(CommandLine, UnreadableProjectsGenerateNothingAndExitWithZero)
     EXPECT_EQ(r.err, "FILE NOT FOUND !\n");
     EXPECT_EQ(files_in(dir), std::vector<std::string>{"missing.bix.log"});
 
+    // A folder named as the project opens but cannot be read: no file either.
+    std::filesystem::create_directory(dir.file("folder.bix"));
+    r = quilp({"folder", "-ix"}, dir);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.err, "FILE NOT FOUND !\n");
+    EXPECT_FALSE(file_exists(dir.file("folder.ix")));
+    std::filesystem::remove(dir.file("folder.bix"));
+    std::filesystem::remove(dir.file("folder.bix.log"));
+
     write_file(dir.file("bad.bix"), "Name: bad;\nType: a,;\n");
     r = quilp({"bad.bix", "-ix", "-xfig"}, dir);
     EXPECT_EQ(r.status, 0);
