@@ -73,8 +73,13 @@ bool in_list(const std::list<std::string>& names, const std::string& name)
 // ---------------------------------------------------------------- life
 
 class_ixc_parser::class_ixc_parser()
-    : corres_methodid(table_capacity, 0), corres_typeid(table_capacity, 0), corres_constantesid(table_capacity, 0)
 {
+    // The bindings keep pointers into these tables, which the data section
+    // may fill afterwards: their room is set once and never moves. Reserved,
+    // not filled: a load touches only the entries its file declares.
+    corres_methodid.reserve(table_capacity);
+    corres_typeid.reserve(table_capacity);
+    corres_constantesid.reserve(table_capacity);
     static const bool hook_installed = [] {
         flush_before_ixc = set_fatal_flush(flush_on_fatal_end);
         return true;
@@ -436,7 +441,8 @@ bool class_ixc_parser::new_type(const std::string& name)
         types->addType(name);
         id = types->size() - 1;
     }
-    corres_typeid[static_cast<std::size_t>(nb_types++)] = id;
+    corres_typeid.push_back(id);
+    ++nb_types;
     return true;
 }
 
@@ -453,7 +459,8 @@ bool class_ixc_parser::new_method(const std::string& return_type, const std::str
         methods->addMethod(decl.release());
         index = static_cast<int>(methods->getMethodList().size()) - 1;
     }
-    corres_methodid[static_cast<std::size_t>(nb_methods++)] = index;
+    corres_methodid.push_back(index);
+    ++nb_methods;
     return true;
 }
 
@@ -479,7 +486,8 @@ bool class_ixc_parser::new_constant(const std::string& type, const std::string& 
         constants->addConstant(decl.release());
         index = static_cast<int>(constants->getConstantList().size()) - 1;
     }
-    corres_constantesid[static_cast<std::size_t>(nb_constantes++)] = index;
+    corres_constantesid.push_back(index);
+    ++nb_constantes;
     return true;
 }
 
