@@ -2,6 +2,7 @@
 // messages, the parse trace, and the file entry's messages.
 
 #include "bix_parser.h"
+#include "test_paths.h"
 #include "test_support.h"
 
 #include <gtest/gtest.h>
@@ -155,7 +156,7 @@ TEST(BixReader, StrayCharactersAndCarriageReturnsGoToTheLog)
 
 TEST(BixReader, TraceOfASmallFileIsExact)
 {
-    const std::string data = std::string(QUILP_TEST_DATA) + "/bix/";
+    const std::string data = quilp_test::data_dir() + "/bix/";
     read_result r = read_text(read_file(data + "small.bix"), 1);
     ASSERT_NE(r.project, nullptr) << r.err;
     EXPECT_EQ(r.log, read_file(data + "small.bix.log"));

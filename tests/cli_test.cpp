@@ -3,6 +3,7 @@
 // files are written.
 
 #include "quilp_names.h"
+#include "test_paths.h"
 #include "test_support.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +23,7 @@ process_result quilp(const std::vector<std::string>& args, const scratch_dir& di
 
 std::string example(const std::string& name)
 {
-    return read_file(std::string(QUILP_EXAMPLES) + "/" + name);
+    return read_file(quilp_test::examples_dir() + "/" + name);
 }
 
 std::vector<std::string> files_in(const scratch_dir& dir)
@@ -40,7 +41,7 @@ TEST(CommandLine, HelpVersionAndNoArgument)
     scratch_dir dir;
     process_result r = quilp({"-h"}, dir);
     EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, read_file(std::string(QUILP_TEST_DATA) + "/cli/help.txt"));
+    EXPECT_EQ(r.out, read_file(quilp_test::data_dir() + "/cli/help.txt"));
     EXPECT_EQ(r.err, "");
 
     r = quilp({"-v"}, dir);
@@ -92,7 +93,7 @@ TEST(CommandLine, GeneratedFilesAndTheirOrder)
     r = quilp({"a.bix", "-ix", "-xfig"}, dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "reading a.bix\ngeneration of a.fig\ngeneration of a.ix\n");
-    const std::string cruise = std::string(QUILP_TEST_DATA) + "/bix/cruise.";
+    const std::string cruise = quilp_test::data_dir() + "/bix/cruise.";
     EXPECT_EQ(read_file(dir.file("a.ix")), read_file(cruise + "ix"));
     EXPECT_EQ(read_file(dir.file("a.fig")), read_file(cruise + "fig"));
     EXPECT_EQ(read_file(dir.file("a.bix.log")), read_file(cruise + "bix.log"));

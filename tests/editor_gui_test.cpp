@@ -4,6 +4,7 @@
 // of each step are kept under gui-shots/ in the build tree.
 
 #include "bix_parser.h"
+#include "test_paths.h"
 #include "gui_support.h"
 #include "test_support.h"
 
@@ -43,7 +44,7 @@ std::unique_ptr<bix_tpen_fichier> read_project(const std::string& path)
 std::vector<std::string> example_projects()
 {
     std::vector<std::string> found;
-    for (const auto& dir : std::filesystem::directory_iterator(QUILP_EXAMPLES))
+    for (const auto& dir : std::filesystem::directory_iterator(quilp_test::examples_dir()))
         for (const auto& f : std::filesystem::directory_iterator(dir.path()))
             if (f.path().extension() == ".bix")
                 found.push_back(f.path().string());
@@ -622,7 +623,7 @@ void drag_to(unsigned long window, int x1, int y1, int x2, int y2)
 
 TEST_F(EditorGui, ATypicalProjectBuiltFromNothing)
 {
-    write_file(dir.file("filter.ixc"), read_file(std::string(QUILP_EXAMPLES) + "/ixc/filter.ixc"));
+    write_file(dir.file("filter.ixc"), read_file(quilp_test::examples_dir() + "/ixc/filter.ixc"));
     quilp_app app(QUILP_BIN, dir.path());
     const unsigned long w = app.window();
 
@@ -710,7 +711,7 @@ TEST_F(EditorGui, ATypicalProjectBuiltFromNothing)
     app.choose_file("save bix file", dir.file("p.bix"));
     ASSERT_TRUE(eventually([&] { return file_exists(dir.file("p.ix")); }));
     settle(300);
-    const std::string data = std::string(QUILP_TEST_DATA) + "/gui/";
+    const std::string data = quilp_test::data_dir() + "/gui/";
     EXPECT_EQ(read_file(dir.file("p.bix")), replace_all(read_file(data + "typical_use.bix"), "@DIR@", dir.path()));
     EXPECT_EQ(read_file(dir.file("p.ix")), replace_all(read_file(data + "typical_use.ix"), "@DIR@", dir.path()));
     EXPECT_EQ(trace_lines(app.error_text()), read_file(data + "typical_use.err"));
@@ -730,7 +731,7 @@ TEST_F(EditorGui, ATypicalProjectBuiltFromNothing)
 
 TEST_F(EditorGui, ARefusedModuleIsReportedAndOneEndingFatallyLeavesARecoveryFile)
 {
-    write_file(dir.file("m.ixc"), read_file(std::string(QUILP_TEST_DATA) + "/ixc/fatal_binding.ixc"));
+    write_file(dir.file("m.ixc"), read_file(quilp_test::data_dir() + "/ixc/fatal_binding.ixc"));
     quilp_app app(QUILP_BIN, dir.path());
     app.file_menu(2);
     ASSERT_NE(find_window("New project name"), 0u);

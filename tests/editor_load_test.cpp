@@ -4,6 +4,7 @@
 // results and Save.
 
 #include "bdd_fatal.h"
+#include "test_paths.h"
 #include "editor_support.h"
 #include "monitor_edits.h"
 #include "test_support.h"
@@ -37,7 +38,7 @@ std::vector<std::string> project_files()
 {
     std::vector<std::string> files;
     for (const char* folder : {"/data/bix", "/fuzz/bix_corpus"}) {
-        const std::string dir = std::string(QUILP_TEST_DATA) + "/.." + folder;
+        const std::string dir = quilp_test::data_dir() + "/.." + folder;
         for (const auto& f : std::filesystem::directory_iterator(dir))
             if (f.path().extension() != ".log" && f.path().extension() != ".ix" && f.path().extension() != ".fig")
                 files.push_back(f.path().string());
@@ -122,9 +123,9 @@ int browse_in_child(const std::string& file)
 
 TEST(EditorLoad, EveryModuleFileIsDeclaredRefusedOrEndsAsDefined)
 {
-    const std::string tests = std::string(QUILP_TEST_DATA) + "/..";
+    const std::string tests = quilp_test::data_dir() + "/..";
     const std::vector<std::string> files = files_in(
-        {tests + "/data/ixc", tests + "/fuzz/ixc_corpus", std::string(QUILP_EXAMPLES) + "/ixc"}, "");
+        {tests + "/data/ixc", tests + "/fuzz/ixc_corpus", quilp_test::examples_dir() + "/ixc"}, "");
     std::map<int, int> outcomes;
     for (const std::string& f : files) {
         if (f.size() > 4 && f.compare(f.size() - 4, 4, ".log") == 0)

@@ -1,6 +1,7 @@
 // From a loaded compiled module to the run declaration a project keeps.
 
 #include "ixc_import.h"
+#include "test_paths.h"
 #include "test_support.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +13,7 @@ namespace {
 TEST(IxcImport, MemorizedCopiesAreLeftOutOfTheDeclarations)
 {
     scratch_dir dir;
-    write_file(dir.file("latch.ixc"), read_file(std::string(QUILP_TEST_DATA) + "/ixc_import/latch.ixc"));
+    write_file(dir.file("latch.ixc"), read_file(quilp_test::data_dir() + "/ixc_import/latch.ixc"));
     bix_declaration_ixcmodule run;
     EXPECT_EQ(stderr_of([&] { EXPECT_TRUE(declare_run(dir.path() + "/", "latch", run)); }),
               "integration d: int\nno integration d_pre: int\nintegration enable: pure\nintegration q: int\n");

@@ -3,6 +3,7 @@
 // errors, odd file names, and the queries that must never end the process.
 
 #include "test_support.h"
+#include "test_paths.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,8 +17,9 @@ using testing::StartsWith;
 
 namespace {
 
-const std::string examples = std::string(QUILP_EXAMPLES) + "/ixc/";
-const std::string data = std::string(QUILP_TEST_DATA) + "/ixc_listing/";
+// Read when a test runs, after the command line gave the folders.
+std::string examples_ixc() { return quilp_test::examples_dir() + "/ixc/"; }
+std::string listing_data() { return quilp_test::data_dir() + "/ixc_listing/"; }
 
 process_result inspect(const std::vector<std::string>& args, const scratch_dir& dir)
 {
@@ -90,7 +92,7 @@ TEST(Inspector, AFunctionsTextIsBoundedBeforeItIsWritten)
 TEST(Inspector, SummaryListsTypedInputsAndOutputs)
 {
     scratch_dir dir;
-    copy_in(dir, examples, {"filter.ixc", "counter.ixc"});
+    copy_in(dir, examples_ixc(), {"filter.ixc", "counter.ixc"});
     const process_result r = inspect({"filter.ixc", "counter.ixc"}, dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.err, "");
@@ -104,19 +106,19 @@ TEST(Inspector, SummaryListsTypedInputsAndOutputs)
 TEST(Inspector, JsonOfTheShippedModules)
 {
     scratch_dir dir;
-    copy_in(dir, examples, example_files);
+    copy_in(dir, examples_ixc(), example_files);
     std::vector<std::string> args{"--json"};
     args.insert(args.end(), example_files.begin(), example_files.end());
     const process_result r = inspect(args, dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.err, "");
-    EXPECT_EQ(r.out, read_file(data + "examples.json"));
+    EXPECT_EQ(r.out, read_file(listing_data() + "examples.json"));
 }
 
 TEST(Inspector, AFailedFileDoesNotStopTheNextOnes)
 {
     scratch_dir dir;
-    copy_in(dir, examples, {"filter.ixc"});
+    copy_in(dir, examples_ixc(), {"filter.ixc"});
     write_file(dir.file("bad.ixc"), "module: bad\n0 0\nconnexion: a b\n");
     const process_result r = inspect({"--json", "missing.ixc", "bad.ixc", "filter.ixc"}, dir);
     EXPECT_EQ(r.status, 1);
@@ -135,8 +137,8 @@ TEST(Inspector, AFailedFileDoesNotStopTheNextOnes)
 TEST(Inspector, AFatalLoadLeavesStandardOutputEmpty)
 {
     scratch_dir dir;
-    copy_in(dir, examples, {"filter.ixc"});
-    copy_in(dir, data, {"unknown_binding.ixc"});
+    copy_in(dir, examples_ixc(), {"filter.ixc"});
+    copy_in(dir, listing_data(), {"unknown_binding.ixc"});
     const process_result r = inspect({"--json", "filter.ixc", "unknown_binding.ixc"}, dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "");
@@ -166,7 +168,7 @@ TEST(Inspector, FileNamesAreEscapedInJson)
 {
     scratch_dir dir;
     const std::string odd = "we\"ird\\na\tme\xff\xc3\xa9.ixc";
-    write_file(dir.file(odd), read_file(examples + "filter.ixc"));
+    write_file(dir.file(odd), read_file(examples_ixc() + "filter.ixc"));
     const process_result r = inspect({"--json", "--", odd}, dir);
     EXPECT_EQ(r.status, 0);
     // quotes, backslashes and control characters escaped, a byte that is not
@@ -177,10 +179,10 @@ TEST(Inspector, FileNamesAreEscapedInJson)
 TEST(Inspector, QueriesThatCannotBeAnsweredAreNull)
 {
     scratch_dir dir;
-    copy_in(dir, data, {"twice.ixc", "many_paths.ixc"});
+    copy_in(dir, listing_data(), {"twice.ixc", "many_paths.ixc"});
     const process_result r = inspect({"--json", "twice.ixc", "many_paths.ixc"}, dir);
     EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, read_file(data + "null_answers.json"));
+    EXPECT_EQ(r.out, read_file(listing_data() + "null_answers.json"));
 }
 
 }  // namespace

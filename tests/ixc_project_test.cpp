@@ -4,6 +4,7 @@
 // ends the process.
 
 #include "test_support.h"
+#include "test_paths.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +18,8 @@ using testing::StartsWith;
 
 namespace {
 
-const std::string examples = std::string(QUILP_EXAMPLES) + "/";
+// Read when a test runs, after the command line gave the folders.
+std::string examples() { return quilp_test::examples_dir() + "/"; }
 const std::vector<std::string> modules{"counter", "edges", "filter", "thermostat"};
 
 process_result inspect(const std::vector<std::string>& args, const scratch_dir& dir)
@@ -30,9 +32,9 @@ void copy_boiler(const scratch_dir& dir)
 {
     std::filesystem::create_directory(dir.file("boiler"));
     std::filesystem::create_directory(dir.file("ixc"));
-    write_file(dir.file("boiler/boiler.bix"), read_file(examples + "boiler/boiler.bix"));
+    write_file(dir.file("boiler/boiler.bix"), read_file(examples() + "boiler/boiler.bix"));
     for (const std::string& m : modules)
-        write_file(dir.file("ixc/" + m + ".ixc"), read_file(examples + "ixc/" + m + ".ixc"));
+        write_file(dir.file("ixc/" + m + ".ixc"), read_file(examples() + "ixc/" + m + ".ixc"));
 }
 
 // Replaces the one occurrence of `from` in the file.
@@ -76,7 +78,7 @@ TEST(InspectorProject, TheOlderExamplesNameModulesThatAreNotShipped)
 {
     scratch_dir dir;
     for (const char* name : {"cruise", "alarm", "top"})
-        write_file(dir.file(std::string(name) + ".bix"), read_file(examples + name + "/" + name + ".bix"));
+        write_file(dir.file(std::string(name) + ".bix"), read_file(examples() + name + "/" + name + ".bix"));
     process_result r = inspect({"--project", "cruise.bix"}, dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "cruise.bix: run 0 `target_memory`: not loaded from /opt/ix/lib/target_memory.ixc\n"

@@ -5,6 +5,7 @@
 // assembling the mandatory parts of a file around the parts under test.
 
 #include "dravik_support.h"
+#include "test_paths.h"
 #include "ixc_parser.h"
 #include "test_support.h"
 
@@ -61,12 +62,12 @@ inline std::string equations(int count, const std::string& nodes, const std::str
 
 inline std::string example_path(const std::string& name)
 {
-    return std::string(QUILP_EXAMPLES) + "/ixc/" + name;
+    return quilp_test::examples_dir() + "/ixc/" + name;
 }
 
 inline std::string data_path(const std::string& name)
 {
-    return std::string(QUILP_TEST_DATA) + "/ixc/" + name;
+    return quilp_test::data_dir() + "/ixc/" + name;
 }
 
 // Each case starts and ends with empty process-wide data tables.

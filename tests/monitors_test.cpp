@@ -3,6 +3,7 @@
 // load, and how the view applies a monitor's result to the boxes.
 
 #include "monitor_edits.h"
+#include "test_paths.h"
 #include "ofl_dialogs.h"
 #include "quilp_names.h"
 #include "test_support.h"
@@ -92,7 +93,7 @@ using decls = std::vector<bix_declaration_variables>;
 
 decls as_vector(const std::list<bix_declaration_variables>& l) { return {l.begin(), l.end()}; }
 
-std::string example(const std::string& name) { return std::string(QUILP_EXAMPLES) + "/ixc/" + name; }
+std::string example(const std::string& name) { return quilp_test::examples_dir() + "/ixc/" + name; }
 
 TEST(NameRule, LettersDigitsAndUnderscoresNeverEndingWithAnUnderscore)
 {
@@ -280,7 +281,7 @@ TEST_F(RunsMonitor, AddNeedsALoadedModuleAndAGoodNewName)
 TEST_F(RunsMonitor, AModuleThatDoesNotLoadIsReportedAndCannotBeAdded)
 {
     write_file(dir.file("syntax.ixc"), "module: m\n0 0\ninput: a ;;\nend:\n");
-    const std::string refused = std::string(QUILP_TEST_DATA) + "/../fuzz/ixc_corpus/";
+    const std::string refused = quilp_test::data_dir() + "/../fuzz/ixc_corpus/";
     dialogs.paths = {copy(example("counter.ixc"), "counter.ixc"), dir.file("absent.ixc"),
                      copy(refused + "refused_nodes.ixc", "nodes.ixc"),
                      copy(refused + "refused_evaltable.ixc", "evaltable.ixc"), dir.file("syntax")};

@@ -1,6 +1,7 @@
 // The editor's entry to the project reader and the view's starting state.
 
 #include "visu_net.h"
+#include "test_paths.h"
 #include "test_support.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@ TEST(VisuNetReader, LoadedProjectIsViewedInMoveMode)
 {
     scratch_dir dir;
     const std::string name = dir.file("c.bix");
-    write_file(name, read_file(std::string(QUILP_EXAMPLES) + "/cruise/cruise.bix"));
+    write_file(name, read_file(quilp_test::examples_dir() + "/cruise/cruise.bix"));
     std::unique_ptr<visu_net> v;
     const std::string err = stderr_of([&] { v.reset(parse_visu_net(name)); });
     ASSERT_NE(v, nullptr);

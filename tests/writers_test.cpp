@@ -3,6 +3,7 @@
 // by fig2dev; projects whose indexes point outside their tables.
 
 #include "bix_norm.h"
+#include "test_paths.h"
 #include "bix_parser.h"
 #include "test_support.h"
 
@@ -31,7 +32,7 @@ std::unique_ptr<bix_tpen_fichier> read_text(const std::string& text)
 
 std::unique_ptr<bix_tpen_fichier> read_example(const std::string& name)
 {
-    return read_text(read_file(std::string(QUILP_EXAMPLES) + "/" + name));
+    return read_text(read_file(quilp_test::examples_dir() + "/" + name));
 }
 
 std::string ix_of(const bix_tpen_fichier& p, const std::string& name)
@@ -51,7 +52,7 @@ std::string fig_of(const bix_tpen_fichier& p)
 
 std::string golden(const std::string& name)
 {
-    return read_file(std::string(QUILP_TEST_DATA) + "/writers/" + name);
+    return read_file(quilp_test::data_dir() + "/writers/" + name);
 }
 
 const std::string fig_header =
@@ -147,7 +148,7 @@ TEST(BixWriter, RunWithoutPortsAndLinkWithoutPoints)
 TEST(BixWriter, ShippedExamplesAreWrittenBackByteForByte)
 {
     for (const char* name : {"top/top.bix", "alarm/alarm.bix", "cruise/cruise.bix"}) {
-        const std::string text = read_file(std::string(QUILP_EXAMPLES) + "/" + name);
+        const std::string text = read_file(quilp_test::examples_dir() + "/" + name);
         std::unique_ptr<bix_tpen_fichier> p = read_text(text);
         ASSERT_NE(p, nullptr) << name;
         EXPECT_EQ(bix_of(*p, p->mon_nom_module()), text) << name;
@@ -307,7 +308,7 @@ TEST(XfigWriter, Fig2devReadsEveryDrawing)
 
 TEST(BadIndexes, WritersAndRoutingNeverReadOutsideATable)
 {
-    const std::string data = std::string(QUILP_TEST_DATA) + "/bix/bad_indices.";
+    const std::string data = quilp_test::data_dir() + "/bix/bad_indices.";
     std::unique_ptr<bix_tpen_fichier> p = read_text(read_file(data + "bix"));
     ASSERT_NE(p, nullptr);
     testing::internal::CaptureStderr();
