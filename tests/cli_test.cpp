@@ -41,7 +41,7 @@ TEST(CommandLine, HelpVersionAndNoArgument)
     scratch_dir dir;
     process_result r = quilp({"-h"}, dir);
     EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, read_file(quilp_test::data_dir() + "/cli/help.txt"));
+    expect_golden("cli/help.txt", r.out);
     EXPECT_EQ(r.err, "");
 
     r = quilp({"-v"}, dir);

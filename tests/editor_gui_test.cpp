@@ -731,7 +731,7 @@ TEST_F(EditorGui, ATypicalProjectBuiltFromNothing)
 
 TEST_F(EditorGui, ARefusedModuleIsReportedAndOneEndingFatallyLeavesARecoveryFile)
 {
-    write_file(dir.file("m.ixc"), read_file(quilp_test::data_dir() + "/ixc/fatal_binding.ixc"));
+    write_file(dir.file("m.ixc"), read_file(quilp_test::data_dir() + "/fatal/binding.ixc"));
     quilp_app app(QUILP_BIN, dir.path());
     app.file_menu(2);
     ASSERT_NE(find_window("New project name"), 0u);

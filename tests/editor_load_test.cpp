@@ -125,7 +125,7 @@ TEST(EditorLoad, EveryModuleFileIsDeclaredRefusedOrEndsAsDefined)
 {
     const std::string tests = quilp_test::data_dir() + "/..";
     const std::vector<std::string> files = files_in(
-        {tests + "/data/ixc", tests + "/fuzz/ixc_corpus", quilp_test::examples_dir() + "/ixc"}, "");
+        {tests + "/data/ixc", tests + "/data/fatal", tests + "/fuzz/ixc_corpus", quilp_test::examples_dir() + "/ixc"}, "");
     std::map<int, int> outcomes;
     for (const std::string& f : files) {
         if (f.size() > 4 && f.compare(f.size() - 4, 4, ".log") == 0)

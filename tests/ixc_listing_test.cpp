@@ -112,7 +112,7 @@ TEST(Inspector, JsonOfTheShippedModules)
     const process_result r = inspect(args, dir);
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.err, "");
-    EXPECT_EQ(r.out, read_file(listing_data() + "examples.json"));
+    expect_golden("ixc_listing/examples.json", r.out);
 }
 
 TEST(Inspector, AFailedFileDoesNotStopTheNextOnes)
@@ -182,7 +182,7 @@ TEST(Inspector, QueriesThatCannotBeAnsweredAreNull)
     copy_in(dir, listing_data(), {"twice.ixc", "many_paths.ixc"});
     const process_result r = inspect({"--json", "twice.ixc", "many_paths.ixc"}, dir);
     EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.out, read_file(listing_data() + "null_answers.json"));
+    expect_golden("ixc_listing/null_answers.json", r.out);
 }
 
 }  // namespace

@@ -70,20 +70,6 @@ TEST_F(ReaderTest, MinimalFileLoadsAnEmptyModuleWithItsThreeConnexionSignals)
     EXPECT_EQ(r.module->getFinalised(), 1);
 }
 
-TEST_F(ReaderTest, TraceOfASmallFileIsExact)
-{
-    scratch_dir dir;
-    const std::string name = dir.file("small.ixc");
-    write_file(name, read_file(data_path("small.ixc")));
-    std::string instance;
-    std::unique_ptr<Module> m;
-    EXPECT_EQ(stderr_of([&] { m.reset(parse_IXC(name, instance)); }), "");
-    ASSERT_NE(m, nullptr);
-    // The carriage return after "output: c ;" is echoed when the parser reads
-    // past it, before the data list's reduction.
-    EXPECT_EQ(read_file(name + ".log"), read_file(data_path("small.ixc.log")));
-}
-
 TEST_F(ReaderTest, TokensAreTheLongestMatchAndTheEarlierRuleOnTies)
 {
     // 12a, 1e5 and .5 are identifiers, keywords need their colon; a lone

@@ -1,5 +1,7 @@
 #include "test_support.h"
 
+#include "test_paths.h"
+
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -45,6 +47,23 @@ void write_file(const std::string& path, const std::string& content)
 bool file_exists(const std::string& path)
 {
     return std::filesystem::exists(path);
+}
+
+void expect_golden(const std::string& relative, const std::string& actual)
+{
+    // A missing golden file stands for an empty text, so that the many empty
+    // standard error goldens need no file of their own.
+    const std::string path = data_dir() + "/" + relative;
+    const bool exists = file_exists(path);
+    if (update_goldens()) {
+        if (actual.empty())
+            std::filesystem::remove(path);
+        else if (!exists || read_file(path) != actual)
+            write_file(path, actual);
+        return;
+    }
+    EXPECT_EQ(actual, exists ? read_file(path) : std::string())
+        << "differs from " << relative << (exists ? "" : " (no such file: run with --update to make it)");
 }
 
 process_result run_process(const std::string& program, const std::vector<std::string>& args,

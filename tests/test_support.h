@@ -51,6 +51,11 @@ std::string read_file(const std::string& path);
 void write_file(const std::string& path, const std::string& content);
 bool file_exists(const std::string& path);
 
+// Compares `actual` with the golden file `relative` (below the test data
+// folder; a missing file stands for an empty text); under --update, writes
+// `actual` there instead (a golden changes only then, to be read as a diff).
+void expect_golden(const std::string& relative, const std::string& actual);
+
 struct process_result {
     int status = -1;  // exit status, or -1 when the process did not exit normally
     std::string out;
