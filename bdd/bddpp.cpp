@@ -1,6 +1,7 @@
 #include "bddpp.h"
 
 #include "bdd_fatal.h"
+#include "bdd_warn.h"
 
 #include <sys/mman.h>
 
@@ -1147,7 +1148,7 @@ bdd_node* bddpp_manager::New_node_var_before(std::int64_t index, const std::stri
     if (known != internal_names_map.end())
         return internal_variables_table[static_cast<std::size_t>(known->second)];
     if (index < 0 || index >= internal_bdd_vars) {
-        std::cerr << "Error in new_node_var_before(): abnormal index ..." << '\n';
+        bdd_warn() << "Error in new_node_var_before(): abnormal index ..." << '\n';
         return nullptr;
     }
     std::int64_t id = internal_make_variable(name);
@@ -1174,7 +1175,7 @@ bdd_node* bddpp_manager::New_node_var_after(std::int64_t index, const std::strin
         return New_node_var_last(name);
     if (index >= internal_bdd_vars) {
         // "id" where the other message says "index": wording kept as it stands.
-        std::cerr << "Error in new_node_var_after(): abnormal id ..." << '\n';
+        bdd_warn() << "Error in new_node_var_after(): abnormal id ..." << '\n';
         return nullptr;
     }
     return New_node_var_before(index + 1, name);
@@ -1215,7 +1216,7 @@ bdd bddpp_manager::New_var_after(const bdd& var, const std::string& name)
 bdd bddpp_manager::Bdd_var_by_id(std::int64_t id)
 {
     if (id < 0 || id >= internal_bdd_vars) {
-        std::cerr << "calling bddpp_manager::Bdd_var_by_id() with id= " << id << " :out of range!" << '\n';
+        bdd_warn() << "calling bddpp_manager::Bdd_var_by_id() with id= " << id << " :out of range!" << '\n';
         return Bdd_zero();
     }
     return bdd(this, 1, internal_variables_table[static_cast<std::size_t>(id)]);
@@ -1224,8 +1225,8 @@ bdd bddpp_manager::Bdd_var_by_id(std::int64_t id)
 bdd bddpp_manager::Bdd_var_by_index(std::int64_t index)
 {
     if (index < 0 || index >= internal_bdd_vars) {
-        std::cerr << "calling bddpp_manager::Bdd_var_by_index() with index= " << index << " :out of range!"
-                  << '\n';
+        bdd_warn() << "calling bddpp_manager::Bdd_var_by_index() with index= " << index << " :out of range!"
+                   << '\n';
         return Bdd_zero();
     }
     std::int64_t id = internal_indextoid_table[static_cast<std::size_t>(index)];
@@ -1236,7 +1237,7 @@ bdd bddpp_manager::Bdd_var_by_name(const std::string& name)
 {
     auto known = internal_names_map.find(name);
     if (known == internal_names_map.end()) {
-        std::cerr << "calling bddpp_manager::Bdd_var_by_name() with name= " << name << " :not found!" << '\n';
+        bdd_warn() << "calling bddpp_manager::Bdd_var_by_name() with name= " << name << " :not found!" << '\n';
         return Bdd_zero();
     }
     return bdd(this, 1, internal_variables_table[static_cast<std::size_t>(known->second)]);
@@ -1356,13 +1357,13 @@ bdd_node* bddpp_manager::Find_or_create_bdd_node(std::int64_t index, int then_li
     bool else_in_order = else_node == internal_bdd_node_one || index < else_node->var_index();
     if (!then_in_order || !else_in_order) {
         // The doubled blank after "than" comes from two pieces; kept byte for byte.
-        std::cerr << "FATAL ERROR: Bad call of bddpp_manager::Find_or_create_bdd_node():" << '\n'
-                  << "  index " << index << " is not less than ";
+        bdd_warn() << "FATAL ERROR: Bad call of bddpp_manager::Find_or_create_bdd_node():" << '\n'
+                   << "  index " << index << " is not less than ";
         if (then_in_order)
-            std::cerr << " its else node index (" << else_node->var_index();
+            bdd_warn() << " its else node index (" << else_node->var_index();
         else
-            std::cerr << " its then node index (" << then_node->var_index();
-        std::cerr << ")" << '\n';
+            bdd_warn() << " its then node index (" << then_node->var_index();
+        bdd_warn() << ")" << '\n';
         return nullptr;
     }
     bool made;
@@ -1430,8 +1431,8 @@ bdd bddpp_manager::Bdd_ite(const bdd& f, const bdd& g, const bdd& h)
 bdd bddpp_manager::Bdd_ite(int link, std::int64_t index, const bdd& g, const bdd& h)
 {
     if (index < 0 || index >= internal_bdd_vars) {
-        std::cerr << "calling bddpp_manager::Bdd_var_by_index() with index= " << index << " :out of range!"
-                  << '\n';
+        bdd_warn() << "calling bddpp_manager::Bdd_var_by_index() with index= " << index << " :out of range!"
+                   << '\n';
         return Bdd_zero();
     }
     bdd_node* v = internal_variables_table[static_cast<std::size_t>(internal_indextoid_table[static_cast<std::size_t>(index)])];
@@ -1621,12 +1622,12 @@ std::int64_t bddpp_manager::Bdd_total_size() const
 void bddpp_manager::Bdd_free(const bdd&)
 {
     // wording kept byte for byte: outputs are compared exactly
-    std::cerr << "bddpp_manager::Bdd_free() is now became useless" << '\n';
+    bdd_warn() << "bddpp_manager::Bdd_free() is now became useless" << '\n';
 }
 
 bdd bddpp_manager::Bdd_dup(const bdd& f)
 {
-    std::cerr << "Warning: bddpp_manager::Bdd_dup() is became useless ..." << '\n';
+    bdd_warn() << "Warning: bddpp_manager::Bdd_dup() is became useless ..." << '\n';
     return f;
 }
 

@@ -1,5 +1,6 @@
 #include "Bddexpression.h"
 
+#include "dravik_warn.h"
 #include "exceptions.h"
 
 #include <algorithm>
@@ -156,16 +157,16 @@ void Bddexpressionwood::learn_expression(Bddexpression* e)
 {
     const char* head = "INTERNAL ERROR in Bddexpressionwood::learn_expression():";
     if (!e) {
-        std::cerr << head << '\n' << "no expression !!!" << "\n\n";
+        dravik_warn() << head << '\n' << "no expression !!!" << "\n\n";
         return;
     }
     std::int64_t k = e->getIndex();
     if (k < 0) {
-        std::cerr << head << '\n' << "no left member in expression" << "\n\n";
+        dravik_warn() << head << '\n' << "no left member in expression" << "\n\n";
         return;
     }
     if (k >= Nb_bdd_vars()) {
-        std::cerr << head << '\n' << "bdd variable doesn't exist in Bdd manager" << "\n\n";
+        dravik_warn() << head << '\n' << "bdd variable doesn't exist in Bdd manager" << "\n\n";
         return;
     }
     if (k >= nb_var_bdd)
@@ -221,8 +222,8 @@ std::int64_t Bddexpressionwood::compute_dates()
                     Bddexpression* e = exp_table[slot];
                     early_propagation(j, e ? plus_one(e->earliest_date) : 1);
                 } else {
-                    std::cerr << "ERREUR dans compute_date(): nombre de variables trop grand :" << j << ">= "
-                              << nb_var_bdd << '\n';
+                    dravik_warn() << "ERREUR dans compute_date(): nombre de variables trop grand :" << j << ">= "
+                                  << nb_var_bdd << '\n';
                 }
             }
         } else if (Bddexpression* e = exp_table[slot]) {
@@ -356,8 +357,8 @@ std::list<std::int64_t> Bddexpressionwood::latest_sort() const
 void Bddexpressionwood::critical_path_warning() const
 {
     // Both walkers carry the same text.
-    std::cerr << "WARNING in Bddexpressionwood::down_critical_path():" << '\n'
-              << "   possible infinite recursion due to a signals cycle" << '\n';
+    dravik_warn() << "WARNING in Bddexpressionwood::down_critical_path():" << '\n'
+                  << "   possible infinite recursion due to a signals cycle" << '\n';
 }
 
 std::list<std::int64_t> Bddexpressionwood::down_critical_path(std::int64_t index) const
@@ -421,7 +422,7 @@ bool Bddexpressionwood::learn_downstream_dependance(std::int64_t n, std::vector<
     std::int64_t limit = std::min<std::int64_t>(n, static_cast<std::int64_t>(dates.size()));
     std::int64_t k = e ? e->getIndex() : -1;
     if (k < 0 || k >= limit) {
-        std::cerr << "INTERNAL ERROR in learn_downstream_dependance()" << '\n';
+        dravik_warn() << "INTERNAL ERROR in learn_downstream_dependance()" << '\n';
         return false;
     }
     bool changed = false;
@@ -446,7 +447,7 @@ bool Bddexpressionwood::learn_upstream_dependance(std::int64_t n, std::vector<st
     std::int64_t limit = std::min<std::int64_t>(n, static_cast<std::int64_t>(dates.size()));
     std::int64_t k = e ? e->getIndex() : -1;
     if (k < 0 || k >= limit) {
-        std::cerr << "INTERNAL ERROR in learn_upstream_dependance()" << '\n';
+        dravik_warn() << "INTERNAL ERROR in learn_upstream_dependance()" << '\n';
         return false;
     }
     bool changed = false;
@@ -518,7 +519,7 @@ Bddexpression* Bddexpressionwood::exp_by_index(std::int64_t index) const
 {
     if (index >= 0 && index < nb_var_bdd)
         return exp_table[static_cast<std::size_t>(index)];
-    std::cerr << "ERROR in Bddexpressionwood::exp_by_index : id `" << index << "' not found!" << '\n';
+    dravik_warn() << "ERROR in Bddexpressionwood::exp_by_index : id `" << index << "' not found!" << '\n';
     return nullptr;
 }
 
@@ -527,7 +528,7 @@ Bddexpression* Bddexpressionwood::exp_by_bdd(const bdd& var) const
     std::int64_t k = var.node() ? var.node()->var_index() : -1;
     if (k >= 0 && k < nb_var_bdd && exp_table[static_cast<std::size_t>(k)])
         return exp_table[static_cast<std::size_t>(k)];
-    std::cerr << "ERROR in Bddexpressionwood::exp_by_bdd : bdd not found!" << '\n';
+    dravik_warn() << "ERROR in Bddexpressionwood::exp_by_bdd : bdd not found!" << '\n';
     return nullptr;
 }
 
@@ -536,7 +537,7 @@ Bddexpression* Bddexpressionwood::exp_by_name(const std::string& name) const
     std::int64_t k = Index_var_by_name(name);
     if (k >= 0 && k < nb_var_bdd && exp_table[static_cast<std::size_t>(k)])
         return exp_table[static_cast<std::size_t>(k)];
-    std::cerr << "ERROR in Bddexpressionwood::exp_by_name : `" << name << "' not found!" << '\n';
+    dravik_warn() << "ERROR in Bddexpressionwood::exp_by_name : `" << name << "' not found!" << '\n';
     return nullptr;
 }
 
@@ -545,7 +546,7 @@ std::int64_t Bddexpressionwood::Index_exp_by_name(const std::string& name) const
     std::int64_t k = Index_var_by_name(name);
     if (k >= 0 && k < nb_var_bdd && exp_table[static_cast<std::size_t>(k)])
         return k;
-    std::cerr << "ERROR in Bddexpressionwood::Index_exp_by_name : `" << name << "' not found!" << '\n';
+    dravik_warn() << "ERROR in Bddexpressionwood::Index_exp_by_name : `" << name << "' not found!" << '\n';
     return -1;
 }
 
@@ -553,7 +554,7 @@ std::string Bddexpressionwood::Bddname_exp_by_index(std::int64_t index) const
 {
     if (index >= 0 && index < nb_var_bdd && exp_table[static_cast<std::size_t>(index)] && man)
         return man->Name_var_by_index(index);
-    std::cerr << "ERROR: in Bddexpressionwood::Bddname_exp_by_index(): id " << index << " not found!" << '\n';
+    dravik_warn() << "ERROR: in Bddexpressionwood::Bddname_exp_by_index(): id " << index << " not found!" << '\n';
     return std::string();
 }
 
@@ -562,7 +563,7 @@ std::string Bddexpressionwood::Bddname_exp_by_bdd(const bdd& var) const
     std::int64_t k = var.node() ? var.node()->var_index() : -1;
     if (k >= 0 && k < nb_var_bdd && exp_table[static_cast<std::size_t>(k)] && man)
         return man->Name_var_by_index(k);
-    std::cerr << "ERROR: in Bddexpressionwood::Bddname_exp_by_bdd(): bdd not found!" << '\n';
+    dravik_warn() << "ERROR: in Bddexpressionwood::Bddname_exp_by_bdd(): bdd not found!" << '\n';
     return std::string();
 }
 
@@ -570,7 +571,7 @@ std::string Bddexpressionwood::Name_exp_by_index(std::int64_t index) const
 {
     if (index >= 0 && index < nb_var_bdd && exp_table[static_cast<std::size_t>(index)])
         return exp_table[static_cast<std::size_t>(index)]->name;
-    std::cerr << "ERROR: in Bddexpressionwood::Name_exp_by_index(): index " << index << " not found!" << '\n';
+    dravik_warn() << "ERROR: in Bddexpressionwood::Name_exp_by_index(): index " << index << " not found!" << '\n';
     return std::string();
 }
 
@@ -579,14 +580,14 @@ std::string Bddexpressionwood::Name_exp_by_bdd(const bdd& var) const
     std::int64_t k = var.node() ? var.node()->var_index() : -1;
     if (k >= 0 && k < nb_var_bdd && exp_table[static_cast<std::size_t>(k)])
         return exp_table[static_cast<std::size_t>(k)]->name;
-    std::cerr << "ERROR: in Bddexpressionwood::Name_exp_by_bdd(): bdd not found!" << '\n';
+    dravik_warn() << "ERROR: in Bddexpressionwood::Name_exp_by_bdd(): bdd not found!" << '\n';
     return std::string();
 }
 
 Bddexpression* Bddexpressionwood::exp(int n) const
 {
     if (n < 0 || static_cast<std::size_t>(n) >= ens_exp.size()) {
-        std::cerr << "ERROR in Bddexpressionwood::exp(): index " << n << " out of range!" << '\n';
+        dravik_warn() << "ERROR in Bddexpressionwood::exp(): index " << n << " out of range!" << '\n';
         return nullptr;
     }
     if (exp_order_stale || exp_order.size() != ens_exp.size()) {

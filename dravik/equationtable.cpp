@@ -1,6 +1,7 @@
 #include "equationtable.h"
 
 #include "Bddexpression.h"
+#include "dravik_warn.h"
 #include "exceptions.h"
 #include "expression.h"
 #include "module.h"
@@ -61,13 +62,13 @@ void EquationTable::createUnifyEquation(Signal* signal, Expression* expression, 
     if (Bddexpression* e = equation_at(w, sid))
         e->setBddExp(w->Bdd_or(e->getBddExp(), status));
     else
-        std::cerr << "internal error 1 in createUnifyEquation()! about sid=" << sid << '\n';
+        dravik_warn() << "internal error 1 in createUnifyEquation()! about sid=" << sid << '\n';
     bdd value = initial ? expression->getInitialBddValue(module, w) : expression->getBddValue(module, w);
     long vid = signal->getBddValueId(module, w);
     if (Bddexpression* e = equation_at(w, vid))
         e->setBddExp(w->Bdd_or(e->getBddExp(), value));
     else
-        std::cerr << "internal error 2 in createUnifyEquation()! about vid=" << vid << '\n';
+        dravik_warn() << "internal error 2 in createUnifyEquation()! about vid=" << vid << '\n';
 }
 
 void EquationTable::createBottomEquation(Signal* signal, Module* module)
@@ -87,7 +88,7 @@ void EquationTable::createBottomEquation(Signal* signal, int occurrence, Module*
         return;
     SignalRef* ref = module ? module->getSignalManager()->getSignalRefByOccurrence(signal, occurrence) : nullptr;
     if (!ref) {
-        std::cerr << "createBottomEquation: no signalref" << '\n';
+        dravik_warn() << "createBottomEquation: no signalref" << '\n';
         return;
     }
     const std::string& name = signal->getInternalName();
@@ -136,7 +137,7 @@ void EquationTable::add(Bddexpression* equation, Module* module)
     if (module && variable.size() > 3)
         ref = module->getSignalManager()->getSignalRefByName(variable.substr(3));
     if (!ref) {
-        std::cerr << "EquationTable::add: no Signal ref " << variable << '\n';
+        dravik_warn() << "EquationTable::add: no Signal ref " << variable << '\n';
         return;
     }
     if (!ref->isDefinedWood(w)) {
@@ -156,8 +157,8 @@ void EquationTable::learnSignal(Signal* signal, Module* module)
     SignalRef* ref = signal->findCurrentSignalRef(module, module_wood);
     if (!ref) {
         // wording kept byte for byte: outputs are compared exactly
-        std::cerr << "EquationTable:learSignal: signal not defined in module wood: " << signal->getInternalName()
-                  << '\n';
+        dravik_warn() << "EquationTable:learSignal: signal not defined in module wood: " << signal->getInternalName()
+                      << '\n';
         return;
     }
     if (ref->isDefinedWood(w))

@@ -1,6 +1,7 @@
 #include "exceptions.h"
 
 #include "bdd_fatal.h"
+#include "dravik_warn.h"
 
 #include <iostream>
 
@@ -8,12 +9,12 @@ namespace {
 alert_hook current_alert = nullptr;
 message_hook current_message = nullptr;
 
-void write_line(const std::string& text)
+void write_line(std::ostream& os, const std::string& text)
 {
-    std::cerr << text;
+    os << text;
     if (text.empty() || text.back() != '\n')
-        std::cerr << '\n';
-    std::cerr.flush();
+        os << '\n';
+    os.flush();
 }
 }
 
@@ -43,14 +44,14 @@ void message_report(const std::string& text)
 {
     if (current_message)
         current_message(text);
-    write_line(text);
+    write_line(dravik_warn(), text);
 }
 
 void fatal_message(const std::string& text)
 {
     if (current_message)
         current_message(text);
-    write_line(text);
+    write_line(std::cerr, text);
     fatal_ending();
 }
 

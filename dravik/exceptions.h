@@ -23,8 +23,9 @@ alert_hook set_alert_hook(alert_hook hook);
 using message_hook = void (*)(const std::string& text);
 message_hook set_message_hook(message_hook hook);
 
-// Message box (when installed), then the text on standard error, with a line
-// end unless the text ends with one. The process goes on.
+// Message box (when installed), then the text on the module layer's warning
+// stream (standard error unless another is installed, dravik_warn.h), with a
+// line end unless the text ends with one. The process goes on.
 void message_report(const std::string& text);
 
 // Message box (when installed), standard error, end: for the fatal

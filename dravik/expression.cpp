@@ -2,6 +2,7 @@
 
 #include "Bddexpression.h"
 #include "data.h"
+#include "dravik_warn.h"
 #include "exceptions.h"
 #include "module.h"
 #include "signal_manager.h"
@@ -153,7 +154,7 @@ Expression* Expression::mult(Expression* e, Module* module)
 
 Expression* Expression::duplicate()
 {
-    std::cerr << "abnormal use of expression::duplicate() ..." << '\n';
+    dravik_warn() << "abnormal use of expression::duplicate() ..." << '\n';
     return nullptr;
 }
 

@@ -1,5 +1,6 @@
 #include "ixc_parser.h"
 
+#include "dravik_warn.h"
 #include "parse_ixc.hpp"
 
 #undef yyFlexLexer
@@ -148,7 +149,7 @@ int ixclex()
 void ixcerror(const char* message)
 {
     const int line = plixc_parser && plixc_parser->plexer ? plixc_parser->plexer->lineno() : 0;
-    std::cerr << "line " << line << ": " << message << std::endl;
+    dravik_warn() << "line " << line << ": " << message << std::endl;
 }
 
 // ---------------------------------------------------------------- helpers
@@ -181,10 +182,10 @@ int class_ixc_parser::number_value(const char* text)
 bool class_ixc_parser::refuse(long line, const std::string& fault)
 {
     if (!file_name.empty())
-        std::cerr << file_name << ": ";
+        dravik_warn() << file_name << ": ";
     if (line > 0)
-        std::cerr << "line " << line << ": ";
-    std::cerr << fault << std::endl;
+        dravik_warn() << "line " << line << ": ";
+    dravik_warn() << fault << std::endl;
     return false;
 }
 
@@ -287,7 +288,7 @@ regclass* class_ixc_parser::new_register(const std::string& next, const std::str
     Signal* actual_signal = mark(actual + instance);
     Signal* next_signal = mark(next + instance);
     if (!actual_signal || !next_signal) {
-        std::cerr << "register " << actual << " not defined as local ..." << std::endl;
+        dravik_warn() << "register " << actual << " not defined as local ..." << std::endl;
         return nullptr;
     }
     return new regclass(actual_signal, next_signal, static_cast<int>(initial));
@@ -321,7 +322,7 @@ memorizedSignal* class_ixc_parser::new_memorized(const std::string& pre, const s
             pre_signal->setValueType(actual_signal->getValueType(m), m);
     } else {
         // no line end: the message is written as it always was
-        std::cerr << " undeclared signal \"" << actual << "\" at line " << (plexer ? plexer->lineno() : 0);
+        dravik_warn() << " undeclared signal \"" << actual << "\" at line " << (plexer ? plexer->lineno() : 0);
     }
     return new memorizedSignal(pre_signal, actual_signal, initial);
 }
@@ -356,7 +357,7 @@ bool class_ixc_parser::node_count(long count)
 void class_ixc_parser::node_line(long index, long var, long then_id, long else_id, long else_link_type)
 {
     if (index < 0 || index >= parsed_nodes_number) {
-        std::cerr << "detecting bad indice about parsed_nodes_table[]! skipping ..." << std::endl;
+        dravik_warn() << "detecting bad indice about parsed_nodes_table[]! skipping ..." << std::endl;
         return;
     }
     const std::size_t slot = static_cast<std::size_t>(index);
@@ -542,7 +543,7 @@ Module* parse_IXC(const std::string& file, std::string& instance)
     std::fstream log(file + ".log", std::ios::out | std::ios::trunc);
     // A directory opens but cannot be read: it is no file either.
     if (!in || (in.peek(), in.bad())) {
-        std::cerr << "FILE NOT FOUND !" << std::endl;
+        dravik_warn() << "FILE NOT FOUND !" << std::endl;
         log.close();
         return nullptr;
     }
@@ -550,7 +551,7 @@ Module* parse_IXC(const std::string& file, std::string& instance)
     parser.plexer = &lexer;
     parser.file_name = file;
     if (parser.parse(log, 1, instance) != 0) {
-        std::cerr << "ERROR about loading file : " << file << std::endl;
+        dravik_warn() << "ERROR about loading file : " << file << std::endl;
         return nullptr;
     }
     return parser.release_module();

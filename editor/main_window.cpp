@@ -1,6 +1,7 @@
 #include "main_window.h"
 
 #include "bdd_fatal.h"
+#include "editor_warn.h"
 #include "exceptions.h"
 #include "file_replace.h"
 #include "forms_menu.h"
@@ -363,7 +364,7 @@ void OFD_editeur::file_menu(int item)
         running = 0;
         break;
     default:
-        std::cerr << "anormalement trouve: " << item << std::endl;
+        editor_warn() << "anormalement trouve: " << item << std::endl;
         break;
     }
 }
@@ -372,7 +373,7 @@ void OFD_editeur::io_menu(int item)
 {
     visu_net* v = pvisu_net_instance.get();
     if (!v) {
-        std::cerr << "internal error: instance devrait etre defini ..." << std::endl;
+        editor_warn() << "internal error: instance devrait etre defini ..." << std::endl;
         return;
     }
     if (!v->correct_initialisation())
@@ -401,7 +402,7 @@ void OFD_editeur::type_menu(int item)
     if (item != 1)
         return;
     if (!v) {
-        std::cerr << "internal error: instance devrait etre defini ..." << std::endl;
+        editor_warn() << "internal error: instance devrait etre defini ..." << std::endl;
         return;
     }
     if (v->correct_initialisation())

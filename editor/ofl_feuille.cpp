@@ -1,5 +1,6 @@
 #include "ofl_feuille.h"
 
+#include "editor_warn.h"
 #include "visu_net.h"
 
 #include <FL/Fl.H>
@@ -24,7 +25,7 @@ void OFL_feuille::desactivate()
 int OFL_feuille::handle(int event)
 {
     if (!pg) {
-        std::cerr << "ERROR in OFL_circuit::handle(): no editor linked !" << std::endl;
+        editor_warn() << "ERROR in OFL_circuit::handle(): no editor linked !" << std::endl;
         return 0;
     }
     if (event == OFL_EVENT_REDRAW) {

@@ -1,6 +1,7 @@
 #include "visu_net.h"
 
 #include "bix_parser.h"
+#include "editor_warn.h"
 #include "file_replace.h"
 #include "ofl_dialogs.h"
 #include "ofl_feuille.h"
@@ -121,7 +122,7 @@ bool visu_net::export_xfig(const std::string& path, const std::string& name)
 
 visu_net* parse_visu_net(const std::string& name)
 {
-    std::cerr << "ouverture de " << name << std::endl;
+    editor_warn() << "ouverture de " << name << std::endl;
     const std::unique_ptr<bix_tpen_fichier> project(bix_read_file(name));
     return project ? new visu_net(project.get()) : nullptr;
 }

@@ -4,6 +4,7 @@
 
 #include "visu_net.h"
 
+#include "editor_warn.h"
 #include "ofl_dialogs.h"
 
 #include <algorithm>
@@ -153,10 +154,10 @@ void visu_net::progs_handling()
 
 void visu_net::variables_handling()
 {
-    std::cerr << "visu_net::variables_handling(): to complete ..." << std::endl;
+    editor_warn() << "visu_net::variables_handling(): to complete ..." << std::endl;
 }
 
 void visu_net::sensors_handling()
 {
-    std::cerr << "visu_net::sensors_handling(): to complete ..." << std::endl;
+    editor_warn() << "visu_net::sensors_handling(): to complete ..." << std::endl;
 }

@@ -4,6 +4,7 @@
 
 #include "visu_net.h"
 
+#include "editor_warn.h"
 #include "ofl_dialogs.h"
 
 #include <cmath>
@@ -58,12 +59,12 @@ void visu_net::push(int x, int y)
             first_type_object_select = VISUNET_IXCMODULE_INPUT_OBJ;
             first_num_object_select = num_object_select;
             first_num_object2_select = num_object2_select;
-            std::cerr << "first_type_object_select= VISUNET_IXCMODULE_INPUT_OBJ;" << std::endl;
+            editor_warn() << "first_type_object_select= VISUNET_IXCMODULE_INPUT_OBJ;" << std::endl;
         } else if (type_object_select == VISUNET_IXCMODULE_OUTPUT_OBJ) {
             first_type_object_select = VISUNET_IXCMODULE_OUTPUT_OBJ;
             first_num_object_select = num_object_select;
             first_num_object2_select = num_object2_select;
-            std::cerr << "first_type_object_select= VISUNET_IXCMODULE_OUTPUT_OBJ;" << std::endl;
+            editor_warn() << "first_type_object_select= VISUNET_IXCMODULE_OUTPUT_OBJ;" << std::endl;
         } else if (type_object_select == VISUNET_NO_OBJ) {
             press_opened_dialog = true;
             black_box b;
@@ -152,20 +153,20 @@ void visu_net::release(int x, int y)
             } else if (first_type_object_select == VISUNET_IXCMODULE_INPUT_OBJ) {
                 editor_dialogs().message("Input to Input connection FORBIDDEN!");
             } else {
-                std::cerr << "bad connection ..." << std::endl;
+                editor_warn() << "bad connection ..." << std::endl;
             }
             first_type_object_select = VISUNET_NO_OBJ;
-            std::cerr << "first_type_object_select= VISUNET_NO_OBJ;" << std::endl;
+            editor_warn() << "first_type_object_select= VISUNET_NO_OBJ;" << std::endl;
         } else if (type_object_select == VISUNET_IXCMODULE_OUTPUT_OBJ) {
             // An output-to-output drag gets only the error-stream line: the
             // refusal box of that case is never reached. Kept as it is.
             if (first_type_object_select == VISUNET_IXCMODULE_INPUT_OBJ) {
                 connect(num_object_select, num_object2_select, first_num_object_select, first_num_object2_select);
             } else {
-                std::cerr << "bad connection ..." << std::endl;
+                editor_warn() << "bad connection ..." << std::endl;
             }
             first_type_object_select = VISUNET_NO_OBJ;
-            std::cerr << "first_type_object_select= VISUNET_NO_OBJ;" << std::endl;
+            editor_warn() << "first_type_object_select= VISUNET_NO_OBJ;" << std::endl;
         } else if (type_object_select == VISUNET_NO_OBJ && first_type_object_select == VISUNET_NO_OBJ) {
             const sheet_view v = vue();
             black_box b("inst" + std::to_string(internal_num_bb_max), v.snapped_x(x), v.snapped_y(y),
@@ -217,8 +218,8 @@ void visu_net::trans_xforms_move(int k, int x, int y)
     if (n == 0)
         return;
     if (n != 2 && n != 4) {
-        std::cerr << "warning: in visu_net::link_xforms_move(): incorrect line with " << n << "points "
-                  << std::endl;
+        editor_warn() << "warning: in visu_net::link_xforms_move(): incorrect line with " << n << "points "
+                      << std::endl;
         return;
     }
     // The segment whose midpoint is nearest the cursor (the earlier on a tie).
@@ -249,7 +250,7 @@ void visu_net::trans_xforms_move(int k, int x, int y)
         l.modif_xcoords_point(3, cx);
         break;
     default:
-        std::cerr << "internal error in trans_xforms_move()" << std::endl;
+        editor_warn() << "internal error in trans_xforms_move()" << std::endl;
         break;
     }
 }

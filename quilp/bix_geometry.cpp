@@ -3,6 +3,8 @@
 
 #include "bix_norm.h"
 
+#include "quilp_warn.h"
+
 #include <algorithm>
 #include <cmath>
 #include <iostream>
@@ -32,7 +34,7 @@ double bix_tpen_fichier::bbox_largeur(int i) const
     case BBOX_INPUT: {
         // a guard against corrupt indexes; the width is computed all the same
         if (id > 100)
-            std::cerr << "ident_bb " << i << " table_bbox[ident_bb].mon_ident() " << id << std::endl;
+            quilp_warn() << "ident_bb " << i << " table_bbox[ident_bb].mon_ident() " << id << std::endl;
         if (id < 0 || id >= nbr_inputs())
             return 1.0;
         const bix_declaration_variables& v = table_inputs[id];
@@ -144,8 +146,8 @@ namespace {
 
 void point_not_found(const char* operation, int k)
 {
-    std::cerr << "probleme dans bix_tpen_lien:: " << operation << "();" << std::endl
-              << "point " << k << " non trouve ..." << std::endl;
+    quilp_warn() << "probleme dans bix_tpen_lien:: " << operation << "();" << std::endl
+                 << "point " << k << " non trouve ..." << std::endl;
 }
 
 }  // namespace
@@ -202,11 +204,11 @@ void bix_tpen_lien::aligne_points(const bix_tpen_fichier* project)
     const bool has_down = down >= 0 && down < project->nbr_black_box();
     if (!has_up || !has_down) {
         // the two words are crossed relative to the missing end; kept as written
-        std::cerr << "internal error in  bix_tpen_lien:: aligne_points():";
+        quilp_warn() << "internal error in  bix_tpen_lien:: aligne_points():";
         if (!has_up)
-            std::cerr << "downstream not defined !" << std::endl;
+            quilp_warn() << "downstream not defined !" << std::endl;
         if (!has_down)
-            std::cerr << "upstream not defined !" << std::endl;
+            quilp_warn() << "upstream not defined !" << std::endl;
         return;
     }
 
@@ -239,7 +241,7 @@ void bix_tpen_lien::aligne_points(const bix_tpen_fichier* project)
         // a loop over the top of the box
         positions = {xs + 0.5, ys, xs + 0.5, ys - h, xe - 0.5, ys - h, xe - 0.5, ye};
     } else {
-        std::cerr << "warning: incorrect line with " << n / 2 << " points detected ..." << std::endl;
+        quilp_warn() << "warning: incorrect line with " << n / 2 << " points detected ..." << std::endl;
     }
 }
 

@@ -1,5 +1,7 @@
 #include "bix_norm.h"
 
+#include "quilp_warn.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
@@ -9,8 +11,8 @@ namespace {
 // Report of an indexed reader called with an index it cannot serve.
 void report_misuse(const char* reader, const std::string& detail)
 {
-    std::cerr << "PROBLEME DANS L'UTILISATION DE '" << reader << "()':" << std::endl
-              << detail << std::endl;
+    quilp_warn() << "PROBLEME DANS L'UTILISATION DE '" << reader << "()':" << std::endl
+                 << detail << std::endl;
 }
 
 const char* const no_such_variable = "AUCUNE VARIABLE DE CE TYPE";
@@ -225,7 +227,7 @@ void bix_tpen_fichier::sup_black_box(int i)
 {
     if (!in_range(table_bbox, i)) {
         // the message names the operation's former name
-        std::cerr << "ERROR in bix_tpen_fichier::sup_ixcmodule: out of range" << std::endl;
+        quilp_warn() << "ERROR in bix_tpen_fichier::sup_ixcmodule: out of range" << std::endl;
         return;
     }
     table_liens.erase(std::remove_if(table_liens.begin(), table_liens.end(),
@@ -246,7 +248,7 @@ void bix_tpen_fichier::sup_black_box(int i)
 void bix_tpen_fichier::sup_transition(int i)
 {
     if (!in_range(table_liens, i)) {
-        std::cerr << "ERROR in bix_tpen_fichier::sup_transition: out of range" << std::endl;
+        quilp_warn() << "ERROR in bix_tpen_fichier::sup_transition: out of range" << std::endl;
         return;
     }
     table_liens.erase(table_liens.begin() + i);
@@ -261,7 +263,7 @@ void remove_declaration(std::vector<bix_declaration_variables>& table, std::vect
                         int i, int kind, const char* operation, const char* what)
 {
     if (!in_range(table, i)) {
-        std::cerr << "ERROR in bix_tpen_fichier::" << operation << ": out of range" << std::endl;
+        quilp_warn() << "ERROR in bix_tpen_fichier::" << operation << ": out of range" << std::endl;
         return;
     }
     table.erase(table.begin() + i);
@@ -269,8 +271,8 @@ void remove_declaration(std::vector<bix_declaration_variables>& table, std::vect
         if (b.mon_tpe() != kind || b.mon_ident() < i)
             continue;
         if (b.mon_ident() == i)
-            std::cerr << "error in " << operation << "() about " << what << " " << i << "! "
-                      << std::endl;
+            quilp_warn() << "error in " << operation << "() about " << what << " " << i << "! "
+                         << std::endl;
         else
             b.change_ident(b.mon_ident() - 1);
     }
@@ -291,18 +293,18 @@ void bix_tpen_fichier::sup_output(int i)
 void bix_tpen_fichier::replace_transition(int i, const bix_tpen_lien& l)
 {
     if (!in_range(table_liens, i)) {
-        std::cerr << "ERROR in bix_tpen_fichier::replace_transition: out of range" << std::endl;
+        quilp_warn() << "ERROR in bix_tpen_fichier::replace_transition: out of range" << std::endl;
         return;
     }
     const bix_tpen_lien& old = table_liens[i];
     if (old.mon_ident_ixcmodule_amont() != l.mon_ident_ixcmodule_amont()) {
-        std::cerr << "probleme interne dans bix_tpen_fichier::replace_transition() sur l'ixcmodule amont"
-                  << std::endl;
+        quilp_warn() << "probleme interne dans bix_tpen_fichier::replace_transition() sur l'ixcmodule amont"
+                     << std::endl;
         return;
     }
     if (old.mon_ident_ixcmodule_aval() != l.mon_ident_ixcmodule_aval()) {
-        std::cerr << "probleme interne dans bix_tpen_fichier::replace_transition() sur l'ixcmodule aval"
-                  << std::endl;
+        quilp_warn() << "probleme interne dans bix_tpen_fichier::replace_transition() sur l'ixcmodule aval"
+                     << std::endl;
         return;
     }
     table_liens[i] = l;

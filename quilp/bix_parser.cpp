@@ -1,6 +1,7 @@
 #include "bix_parser.h"
 
 #include "parse_bix.hpp"
+#include "quilp_warn.h"
 
 #undef yyFlexLexer
 #define yyFlexLexer bixFlexLexer
@@ -47,7 +48,7 @@ int bixlex()
 
 void bixerror(const char* message)
 {
-    std::cerr << message << std::endl;
+    quilp_warn() << message << std::endl;
 }
 
 void bix_debuger_law(int level, int sub, const std::string& text, int explain, std::ostream& log)
@@ -88,7 +89,7 @@ void bix_set_project(bix_tpen_fichier* project)
 
 void bix_report_run(const bix_declaration_ixcmodule& run)
 {
-    std::cerr << "creation d'un run" << run << std::endl;
+    quilp_warn() << "creation d'un run" << run << std::endl;
 }
 
 std::string bix_unquote(const char* text)
@@ -164,12 +165,12 @@ bix_tpen_fichier* bix_read_file(const std::string& name)
     std::fstream log(name + ".log", std::ios::out | std::ios::trunc);
     // A directory opens but cannot be read: it is no file either.
     if (!in || (in.peek(), in.bad())) {
-        std::cerr << "FILE NOT FOUND !" << std::endl;
+        quilp_warn() << "FILE NOT FOUND !" << std::endl;
         return nullptr;
     }
     bix_tpen_fichier* project = parse_bix_stream(in, log, 1);
     if (!project)
-        std::cerr << "ERROR about loading file : " << name << std::endl;
+        quilp_warn() << "ERROR about loading file : " << name << std::endl;
     return project;
 }
 

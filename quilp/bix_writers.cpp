@@ -5,6 +5,8 @@
 
 #include "bix_norm.h"
 
+#include "quilp_warn.h"
+
 #include <cmath>
 #include <fstream>
 #include <iostream>
@@ -322,7 +324,7 @@ void bix_tpen_fichier::put_ix(std::ostream& os, const std::string& module_name) 
                     if (present) {
                         os << "  emit " << out;
                         if (output_type_or_empty(ident_of(down)) != "pure")
-                            std::cerr << "generation output with a constante : to do ..." << std::endl;
+                            quilp_warn() << "generation output with a constante : to do ..." << std::endl;
                         os << "\n";
                     } else {
                         os << "  noemit " << out << "\n";

@@ -3,6 +3,7 @@
 #include "expression.h"
 #include "ixc_parser.h"
 #include "module.h"
+#include "runs_warn.h"
 
 #include <iostream>
 #include <memory>
@@ -15,10 +16,10 @@ std::list<bix_declaration_variables> convert_IXC_IO(const std::list<Signal*>* si
     for (Signal* s : *signals) {
         const std::string type = s->getValueType(module);
         if (s->isPre()) {
-            std::cerr << "no integration " << s->getOriginalName() << ": " << type << std::endl;
+            runs_warn() << "no integration " << s->getOriginalName() << ": " << type << std::endl;
             continue;
         }
-        std::cerr << "integration " << s->getOriginalName() << ": " << type << std::endl;
+        runs_warn() << "integration " << s->getOriginalName() << ": " << type << std::endl;
         declarations.emplace_back(s->getOriginalName(), type);
     }
     return declarations;

@@ -1,13 +1,15 @@
 #include "project_check.h"
 
 #include "bix_parser.h"
+#include "dravik_warn.h"
 #include "expression.h"
 #include "ixc_import.h"
 #include "ixc_parser.h"
 #include "module.h"
+#include "quilp_warn.h"
+#include "runs_warn.h"
 
 #include <filesystem>
-#include <iostream>
 #include <list>
 #include <memory>
 #include <sstream>
@@ -16,19 +18,30 @@
 
 namespace {
 
-// Holds what is written on std::cerr while it lives.
-class cerr_capture {
+// Holds the non-fatal messages of the project reader, the module layer and
+// the interface import while it lives.
+class warn_capture {
 public:
-    cerr_capture() : saved(std::cerr.rdbuf(text.rdbuf())) {}
-    ~cerr_capture() { std::cerr.rdbuf(saved); }
-    cerr_capture(const cerr_capture&) = delete;
-    cerr_capture& operator=(const cerr_capture&) = delete;
+    warn_capture()
+        : saved_quilp(set_quilp_warn(&text)), saved_dravik(set_dravik_warn(&text)), saved_runs(set_runs_warn(&text))
+    {
+    }
+    ~warn_capture()
+    {
+        set_quilp_warn(saved_quilp);
+        set_dravik_warn(saved_dravik);
+        set_runs_warn(saved_runs);
+    }
+    warn_capture(const warn_capture&) = delete;
+    warn_capture& operator=(const warn_capture&) = delete;
 
     std::string str() const { return text.str(); }
 
 private:
     std::ostringstream text;
-    std::streambuf* saved;
+    std::ostream* saved_quilp;
+    std::ostream* saved_dravik;
+    std::ostream* saved_runs;
 };
 
 using ports = std::vector<bix_declaration_variables>;
@@ -312,7 +325,7 @@ loaded_run load_run(const bix_declaration_ixcmodule& run, const std::string& pro
                 return r;
             }
     {
-        cerr_capture trace;
+        warn_capture trace;
         r.interface = run_declaration(*module, run.chemin(), run.nom_fichier());
     }
     r.state = loaded_run::loaded;
@@ -390,12 +403,12 @@ std::vector<drift_finding> check_project_file(const std::string& project_file)
     // as a directory cannot.
     std::error_code ignored;
     if (!std::filesystem::is_directory(project_file, ignored)) {
-        cerr_capture capture;
+        warn_capture capture;
         project.reset(bix_read_file(project_file));
         said = capture.str();
     }
     if (!project) {
-        std::cerr << said << std::flush;
+        runs_warn() << said << std::flush;
         drift_finding f;
         f.kind = drift_kind::project_not_loaded;
         f.message = "project not loaded";

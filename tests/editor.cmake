@@ -8,3 +8,8 @@ quilp_add_test(editor_tests
 quilp_add_test(monitors_tests
   SOURCES monitors_test.cpp
   LIBS quilp_editor quilp_test_support)
+
+# Each library's warning stream.
+quilp_add_test(warn_tests
+  SOURCES warn_test.cpp
+  LIBS quilp_editor quilp_runs quilp_test_support)
