@@ -442,33 +442,47 @@ bdd else_guard(Expression* guard, bool initial, Module* m, Bddexpressionwood* w)
     return disj(w, neg(w, rail_of(guard, status_rail(initial), m, w)), rail_of(guard, value_rail(initial), m, w));
 }
 
+bdd guard_of(Expression* guard, bool passes_when_true, bool initial, Module* m, Bddexpressionwood* w)
+{
+    return passes_when_true ? then_guard(guard, initial, m, w) : else_guard(guard, initial, m, w);
+}
+
 } // namespace
 
-ThenExpression::~ThenExpression()
+GuardedExpression::~GuardedExpression()
 {
     release(bool_expr);
     if (identifier != bool_expr)
         release(identifier);
 }
 
-bdd ThenExpression::getBddStatus(Module* m, Bddexpressionwood* w)
+bdd GuardedExpression::getBddStatus(Module* m, Bddexpressionwood* w)
 {
-    return conj(w, then_guard(bool_expr, false, m, w), rail_of(identifier, rail::status, m, w));
+    return conj(w, guard_of(bool_expr, passes_when_true, false, m, w), rail_of(identifier, rail::status, m, w));
 }
 
-bdd ThenExpression::getBddValue(Module* m, Bddexpressionwood* w)
+bdd GuardedExpression::getBddValue(Module* m, Bddexpressionwood* w)
 {
-    return conj(w, then_guard(bool_expr, false, m, w), rail_of(identifier, rail::value, m, w));
+    return conj(w, guard_of(bool_expr, passes_when_true, false, m, w), rail_of(identifier, rail::value, m, w));
 }
 
-bdd ThenExpression::getInitialBddStatus(Module* m, Bddexpressionwood* w)
+bdd GuardedExpression::getInitialBddStatus(Module* m, Bddexpressionwood* w)
 {
-    return conj(w, then_guard(bool_expr, true, m, w), rail_of(identifier, rail::initial_status, m, w));
+    return conj(w, guard_of(bool_expr, passes_when_true, true, m, w),
+                rail_of(identifier, rail::initial_status, m, w));
 }
 
-bdd ThenExpression::getInitialBddValue(Module* m, Bddexpressionwood* w)
+bdd GuardedExpression::getInitialBddValue(Module* m, Bddexpressionwood* w)
 {
-    return conj(w, then_guard(bool_expr, true, m, w), rail_of(identifier, rail::initial_value, m, w));
+    return conj(w, guard_of(bool_expr, passes_when_true, true, m, w),
+                rail_of(identifier, rail::initial_value, m, w));
+}
+
+std::ostream& GuardedExpression::print(std::ostream& os)
+{
+    os << (passes_when_true ? "(SET_then(" : "(SET_else(");
+    print_of(os, bool_expr) << ", ";
+    return print_of(os, identifier) << "))";
 }
 
 Expression* ThenExpression::duplicate()
@@ -478,52 +492,11 @@ Expression* ThenExpression::duplicate()
     return new ThenExpression(guard, id);
 }
 
-std::ostream& ThenExpression::print(std::ostream& os)
-{
-    os << "(SET_then(";
-    print_of(os, bool_expr) << ", ";
-    return print_of(os, identifier) << "))";
-}
-
-ElseExpression::~ElseExpression()
-{
-    release(bool_expr);
-    if (identifier != bool_expr)
-        release(identifier);
-}
-
-bdd ElseExpression::getBddStatus(Module* m, Bddexpressionwood* w)
-{
-    return conj(w, else_guard(bool_expr, false, m, w), rail_of(identifier, rail::status, m, w));
-}
-
-bdd ElseExpression::getBddValue(Module* m, Bddexpressionwood* w)
-{
-    return conj(w, else_guard(bool_expr, false, m, w), rail_of(identifier, rail::value, m, w));
-}
-
-bdd ElseExpression::getInitialBddStatus(Module* m, Bddexpressionwood* w)
-{
-    return conj(w, else_guard(bool_expr, true, m, w), rail_of(identifier, rail::initial_status, m, w));
-}
-
-bdd ElseExpression::getInitialBddValue(Module* m, Bddexpressionwood* w)
-{
-    return conj(w, else_guard(bool_expr, true, m, w), rail_of(identifier, rail::initial_value, m, w));
-}
-
 Expression* ElseExpression::duplicate()
 {
     Expression* guard = copy_of(bool_expr);
     Expression* id = copy_of(identifier);
     return new ElseExpression(guard, id);
-}
-
-std::ostream& ElseExpression::print(std::ostream& os)
-{
-    os << "(SET_else(";
-    print_of(os, bool_expr) << ", ";
-    return print_of(os, identifier) << "))";
 }
 
 // ---------------------------------------------------------------- Cond

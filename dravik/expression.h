@@ -201,44 +201,43 @@ private:
     Expression* expr;
 };
 
-// Passes `identifier` where the guard is surely true (true and not false).
-class ThenExpression : public Expression {
+// Passes `identifier` on each rail where its guard lets it through: Then
+// where the guard is surely true (true and not false), Else exactly where
+// Then does not.
+class GuardedExpression : public Expression {
 public:
-    ThenExpression(Expression* guard, Expression* identifier, Module* = nullptr)
-        : bool_expr(guard), identifier(identifier) {}
-    ~ThenExpression() override;
+    ~GuardedExpression() override;
     Expression* getBoolExpr() const { return bool_expr; }
     Expression* getIdentifier() const { return identifier; }
     bdd getBddStatus(Module* module, Bddexpressionwood* wood) override;
     bdd getBddValue(Module* module, Bddexpressionwood* wood) override;
     bdd getInitialBddStatus(Module* module, Bddexpressionwood* wood) override;
     bdd getInitialBddValue(Module* module, Bddexpressionwood* wood) override;
-    Expression* duplicate() override;
     std::ostream& print(std::ostream& os) override;
 
-private:
+protected:
+    GuardedExpression(Expression* guard, Expression* identifier, bool passes_when_true)
+        : bool_expr(guard), identifier(identifier), passes_when_true(passes_when_true) {}
+
     Expression* bool_expr;
     Expression* identifier;
+
+private:
+    bool passes_when_true;
 };
 
-// Passes `identifier` exactly where ThenExpression does not.
-class ElseExpression : public Expression {
+class ThenExpression : public GuardedExpression {
+public:
+    ThenExpression(Expression* guard, Expression* identifier, Module* = nullptr)
+        : GuardedExpression(guard, identifier, true) {}
+    Expression* duplicate() override;
+};
+
+class ElseExpression : public GuardedExpression {
 public:
     ElseExpression(Expression* guard, Expression* identifier, Module* = nullptr)
-        : bool_expr(guard), identifier(identifier) {}
-    ~ElseExpression() override;
-    Expression* getBoolExpr() const { return bool_expr; }
-    Expression* getIdentifier() const { return identifier; }
-    bdd getBddStatus(Module* module, Bddexpressionwood* wood) override;
-    bdd getBddValue(Module* module, Bddexpressionwood* wood) override;
-    bdd getInitialBddStatus(Module* module, Bddexpressionwood* wood) override;
-    bdd getInitialBddValue(Module* module, Bddexpressionwood* wood) override;
+        : GuardedExpression(guard, identifier, false) {}
     Expression* duplicate() override;
-    std::ostream& print(std::ostream& os) override;
-
-private:
-    Expression* bool_expr;
-    Expression* identifier;
 };
 
 // Passes `expression` where the condition signal is surely true. Its initial
