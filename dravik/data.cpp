@@ -123,7 +123,7 @@ void MethodDecl::setIndex(int i)
 {
     index = i;
     if (table)
-        table->by_index_stale = true;
+        table->by_index.index_moved();
 }
 
 DataMethodTable::~DataMethodTable()
@@ -142,8 +142,7 @@ void DataMethodTable::addMethod(MethodDecl* method)
     method->table = this;
     method_list.push_back(method);
     by_name.emplace(method->getName(), method);
-    if (!by_index_stale)
-        by_index.emplace(method->getIndex(), method);
+    by_index.add(method);
 }
 
 MethodDecl* DataMethodTable::getMethod(const std::string& name) const
@@ -160,14 +159,7 @@ int DataMethodTable::getMethodIndex(const std::string& name) const
 
 MethodDecl* DataMethodTable::getMethodById(int index) const
 {
-    if (by_index_stale) {
-        by_index.clear();
-        for (MethodDecl* m : method_list)
-            by_index.emplace(m->getIndex(), m);
-        by_index_stale = false;
-    }
-    auto it = by_index.find(index);
-    return it == by_index.end() ? nullptr : it->second;
+    return by_index.find(index, method_list);
 }
 
 void DataMethodTable::print(std::ostream& os, bool numbered) const
@@ -210,7 +202,7 @@ void ConstantDecl::setIndex(int i)
 {
     index = i;
     if (table) {
-        table->by_index_stale = true;
+        table->by_index.index_moved();
         table->largest_stale = true;
     }
 }
@@ -241,8 +233,7 @@ void DataConstantTable::addConstant(ConstantDecl* constant)
     constant_list.push_back(constant);
     by_name.emplace(constant->getName(), constant);
     largest_index = std::max(largest_index, constant->index);
-    if (!by_index_stale)
-        by_index.emplace(constant->index, constant);
+    by_index.add(constant);
 }
 
 ConstantDecl* DataConstantTable::getConstant(const std::string& name) const
@@ -259,14 +250,7 @@ int DataConstantTable::getConstantIndex(const std::string& name) const
 
 ConstantDecl* DataConstantTable::getConstantById(int index) const
 {
-    if (by_index_stale) {
-        by_index.clear();
-        for (ConstantDecl* c : constant_list)
-            by_index.emplace(c->getConstantIndex(), c);
-        by_index_stale = false;
-    }
-    auto it = by_index.find(index);
-    return it == by_index.end() ? nullptr : it->second;
+    return by_index.find(index, constant_list);
 }
 
 void DataConstantTable::print(std::ostream& os, bool numbered) const

@@ -106,6 +106,35 @@ private:
     DataMethodTable* table = nullptr;
 };
 
+// The first entry per index of a table kept in registration order: filled
+// as entries come in, rebuilt from the list at the next lookup after an
+// entry's index moved.
+template <class T, int (T::*index_of)() const>
+class first_by_index {
+public:
+    void add(T* entry)
+    {
+        if (!stale)
+            map.emplace((entry->*index_of)(), entry);
+    }
+    void index_moved() { stale = true; }
+    T* find(int index, const std::list<T*>& entries) const
+    {
+        if (stale) {
+            map.clear();
+            for (T* e : entries)
+                map.emplace((e->*index_of)(), e);
+            stale = false;
+        }
+        auto it = map.find(index);
+        return it == map.end() ? nullptr : it->second;
+    }
+
+private:
+    mutable std::map<int, T*> map;
+    mutable bool stale = false;
+};
+
 class DataMethodTable {
 public:
     DataMethodTable() = default;
@@ -130,9 +159,7 @@ private:
 
     std::list<MethodDecl*> method_list;
     std::map<std::string, MethodDecl*> by_name;
-    // First method per index; rebuilt when a registered method's index moves.
-    mutable std::map<int, MethodDecl*> by_index;
-    mutable bool by_index_stale = false;
+    first_by_index<MethodDecl, &MethodDecl::getIndex> by_index;
 };
 
 // A named constant, with its value expression when it has one.
@@ -191,8 +218,7 @@ private:
     std::map<std::string, ConstantDecl*> by_name;
     int largest_index = -1;
     bool largest_stale = false;
-    mutable std::map<int, ConstantDecl*> by_index;
-    mutable bool by_index_stale = false;
+    first_by_index<ConstantDecl, &ConstantDecl::getConstantIndex> by_index;
 };
 
 // A typed data expression. Trees are owned by their root: deleting the root
