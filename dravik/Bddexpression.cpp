@@ -416,54 +416,48 @@ std::list<std::int64_t> Bddexpressionwood::up_critical_path(std::int64_t index) 
 
 // ---------------------------------------------------------------- relaxation
 
-bool Bddexpressionwood::learn_downstream_dependance(std::int64_t n, std::vector<std::int64_t>& dates,
-                                                    const Bddexpression* e, bool& overflow)
+namespace {
+
+// One relaxation step over e's dependencies: downstream, every variable e
+// reads must come after e's variable; upstream, e's variable after every
+// variable it reads. A date raised to 2n or more is an overflow.
+bool learn_dependance(const char* name, bool upstream, std::int64_t n, std::vector<std::int64_t>& dates,
+                      const Bddexpression* e, bool& overflow)
 {
     std::int64_t limit = std::min<std::int64_t>(n, static_cast<std::int64_t>(dates.size()));
     std::int64_t k = e ? e->getIndex() : -1;
     if (k < 0 || k >= limit) {
-        dravik_warn() << "INTERNAL ERROR in learn_downstream_dependance()" << '\n';
+        dravik_warn() << "INTERNAL ERROR in " << name << "()" << '\n';
         return false;
     }
     bool changed = false;
     for (std::int64_t j : e->getVarsDependance()) {
         if (j < 0 || j >= limit)
             continue;
-        std::int64_t& dj = dates[static_cast<std::size_t>(j)];
-        std::int64_t dk = dates[static_cast<std::size_t>(k)];
-        if (dj <= dk) {
-            dj = plus_one(dk);
+        std::int64_t& later = dates[static_cast<std::size_t>(upstream ? k : j)];
+        const std::int64_t earlier = dates[static_cast<std::size_t>(upstream ? j : k)];
+        if (later <= earlier) {
+            later = plus_one(earlier);
             changed = true;
-            if (dj >= 2 * n)
+            if (later >= 2 * n)
                 overflow = true;
         }
     }
     return changed;
 }
 
+} // namespace
+
+bool Bddexpressionwood::learn_downstream_dependance(std::int64_t n, std::vector<std::int64_t>& dates,
+                                                    const Bddexpression* e, bool& overflow)
+{
+    return learn_dependance("learn_downstream_dependance", false, n, dates, e, overflow);
+}
+
 bool Bddexpressionwood::learn_upstream_dependance(std::int64_t n, std::vector<std::int64_t>& dates,
                                                   const Bddexpression* e, bool& overflow)
 {
-    std::int64_t limit = std::min<std::int64_t>(n, static_cast<std::int64_t>(dates.size()));
-    std::int64_t k = e ? e->getIndex() : -1;
-    if (k < 0 || k >= limit) {
-        dravik_warn() << "INTERNAL ERROR in learn_upstream_dependance()" << '\n';
-        return false;
-    }
-    bool changed = false;
-    std::int64_t& dk = dates[static_cast<std::size_t>(k)];
-    for (std::int64_t j : e->getVarsDependance()) {
-        if (j < 0 || j >= limit)
-            continue;
-        std::int64_t dj = dates[static_cast<std::size_t>(j)];
-        if (dk <= dj) {
-            dk = plus_one(dj);
-            changed = true;
-            if (dk >= 2 * n)
-                overflow = true;
-        }
-    }
-    return changed;
+    return learn_dependance("learn_upstream_dependance", true, n, dates, e, overflow);
 }
 
 // Relaxes every equation until nothing moves. A date reaching 2n reveals a
