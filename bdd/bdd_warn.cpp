@@ -1,19 +1,11 @@
 #include "bdd_warn.h"
 
-#include <iostream>
+#include "warn_sink.h"
 
 namespace {
-std::ostream* installed = nullptr;
+warn_sink sink;
 }
 
-std::ostream& bdd_warn()
-{
-    return installed ? *installed : std::cerr;
-}
+std::ostream& bdd_warn() { return sink.stream(); }
 
-std::ostream* set_bdd_warn(std::ostream* sink)
-{
-    std::ostream* previous = installed;
-    installed = sink;
-    return previous;
-}
+std::ostream* set_bdd_warn(std::ostream* stream) { return sink.install(stream); }

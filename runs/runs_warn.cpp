@@ -1,19 +1,11 @@
 #include "runs_warn.h"
 
-#include <iostream>
+#include "warn_sink.h"
 
 namespace {
-std::ostream* installed = nullptr;
+warn_sink sink;
 }
 
-std::ostream& runs_warn()
-{
-    return installed ? *installed : std::cerr;
-}
+std::ostream& runs_warn() { return sink.stream(); }
 
-std::ostream* set_runs_warn(std::ostream* sink)
-{
-    std::ostream* previous = installed;
-    installed = sink;
-    return previous;
-}
+std::ostream* set_runs_warn(std::ostream* stream) { return sink.install(stream); }
