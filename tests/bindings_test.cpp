@@ -13,6 +13,7 @@
 
 using namespace ixc_test;
 using dravik_test::debug_text;
+using dravik_test::equation;
 using testing::ExitedWithCode;
 using testing::HasSubstr;
 
@@ -36,11 +37,6 @@ std::string bound_value(Module& m, const std::string& name)
 {
     DataBinding* b = m.getBinding(name);
     return b ? debug_text(b->getValue()) : "<unbound>";
-}
-
-Bddexpression* equation(Module& m, std::size_t var)
-{
-    return m.getBddWood()->Exp_table().at(var);
 }
 
 TEST(BindingRecords, EvaluationNodesCopyTheirArgumentsAndPrintThem)

@@ -16,6 +16,8 @@
 #include <vector>
 
 using namespace ixc_test;
+using dravik_test::equation;
+using dravik_test::variable_names;
 using testing::ExitedWithCode;
 using testing::HasSubstr;
 
@@ -23,26 +25,12 @@ namespace {
 
 const std::string no_equations = equations(0, "", "");
 
-std::vector<std::string> variable_names(Module& m)
-{
-    bddpp_manager* man = m.getBddWood()->getManager();
-    std::vector<std::string> names;
-    for (std::int64_t i = 0; i < man->Nb_bdd_vars(); ++i)
-        names.push_back(man->Name_var_by_index(i));
-    return names;
-}
-
 std::vector<std::string> original_names(const std::list<Signal*>& signals)
 {
     std::vector<std::string> names;
     for (Signal* s : signals)
         names.push_back(s ? s->getOriginalName() : "<null>");
     return names;
-}
-
-Bddexpression* equation(Module& m, std::int64_t var)
-{
-    return m.getBddWood()->Exp_table().at(static_cast<std::size_t>(var));
 }
 
 TEST_F(ReaderTest, MinimalFileLoadsAnEmptyModuleWithItsThreeConnexionSignals)

@@ -17,14 +17,6 @@ struct SignalTest : testing::Test {
 };
 using SignalDeathTest = SignalTest;
 
-std::vector<std::string> variable_names(Bddexpressionwood* w)
-{
-    std::vector<std::string> names;
-    for (std::int64_t i = 0; i < w->Nb_bdd_vars(); ++i)
-        names.push_back(w->getManager()->Name_var_by_index(i));
-    return names;
-}
-
 TEST_F(SignalTest, SignalsMadeInOrderGetStatusThenValueVariables)
 {
     Signal* a = signal_of(m, "A");
