@@ -126,13 +126,12 @@ TEST(BddVariables, LeadingUnderscoreDroppedOnceAndNamesMapFollows)
     m.New_var_last("a");
     m.New_var_last("_a");
     m.Loose_first_underscore_in_names();
-    EXPECT_EQ(m.Name_var_by_id(0), "s_x");
-    EXPECT_EQ(m.Name_var_by_id(1), "_v");
-    EXPECT_EQ(m.Index_var_by_name("s_x"), 0);
-    EXPECT_EQ(m.Index_var_by_name("_s_x"), -1);
-    EXPECT_EQ(m.Index_var_by_name("_v"), 1);
-    EXPECT_EQ(m.Name_var_by_id(3), "a");
-    EXPECT_EQ(m.Index_var_by_name("a"), 2); // a shared name stays with the lower id
+    EXPECT_EQ((std::vector<std::string>{m.Name_var_by_id(0), m.Name_var_by_id(1), m.Name_var_by_id(3)}),
+              (std::vector<std::string>{"s_x", "_v", "a"}));
+    // A shared name ("a") stays with the lower id.
+    EXPECT_EQ((std::vector<std::int64_t>{m.Index_var_by_name("s_x"), m.Index_var_by_name("_s_x"),
+                                         m.Index_var_by_name("_v"), m.Index_var_by_name("a")}),
+              (std::vector<std::int64_t>{0, -1, 1, 2}));
     EXPECT_EQ(m.New_var_last("s_x"), m.Bdd_var_by_id(0));
 }
 
@@ -408,7 +407,9 @@ TEST(BddDeep, ChainOf32767NodesGoesThroughEveryWalk)
     EXPECT_EQ(check_invariants(m), "");
 }
 
-TEST(BddDeathTest, NullOperandEndsTheProcess)
+// With a variable put at the top, the lookup for c's index (3) finds the
+// node stored under d's id (3): a node of d, above both operands.
+TEST(BddDeathTest, ANullOperandOrAResultAboveItsOperandsEndsTheProcess)
 {
     bddpp_manager m;
     bdd a = m.New_var_last("a");
@@ -416,14 +417,7 @@ TEST(BddDeathTest, NullOperandEndsTheProcess)
                 HasSubstr("ERROR: call bddpp_manager::Bdd_and() with null reference\nBdd_and(0,0x"));
     EXPECT_EXIT(m.Bdd_or(a, bdd()), ::testing::ExitedWithCode(1),
                 HasSubstr("ERROR: call bddpp_manager::Bdd_or() with null reference\nBdd_or(0x"));
-}
 
-// With a variable put at the top, the lookup for c's index (3) finds the
-// node stored under d's id (3): a node of d, above both operands.
-TEST(BddDeathTest, ResultAboveItsOperandsEndsTheProcess)
-{
-    bddpp_manager m;
-    m.New_var_last("a");
     m.New_var_last("b");
     bdd c = m.New_var_last("c");
     bdd d = m.New_var_before(0, "d");

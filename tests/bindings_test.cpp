@@ -13,6 +13,7 @@
 
 using namespace ixc_test;
 using dravik_test::debug_text;
+using dravik_test::equation;
 using testing::ExitedWithCode;
 using testing::HasSubstr;
 
@@ -36,11 +37,6 @@ std::string bound_value(Module& m, const std::string& name)
 {
     DataBinding* b = m.getBinding(name);
     return b ? debug_text(b->getValue()) : "<unbound>";
-}
-
-Bddexpression* equation(Module& m, std::size_t var)
-{
-    return m.getBddWood()->Exp_table().at(var);
 }
 
 TEST(BindingRecords, EvaluationNodesCopyTheirArgumentsAndPrintThem)
@@ -116,7 +112,7 @@ TEST_F(ReaderTest, LinksLeadToConstantsByTheirGlobalIndex)
     EXPECT_TRUE(r.module->getBinding("o")->getValue()->isDataConstant());
 }
 
-TEST_F(ReaderTest, BuiltInOperationCodesWrapModuloFifteen)
+TEST_F(ReaderTest, BuiltInOperationCodesWrapModuloFifteenAndSignalValuesTakeVariableIds)
 {
     load_result r = load_text(bound_module("(6,7) : value: 0 ;\n(8,9) : value: 3 ;\n(2,3) : value: 4 ;\n",
                                            "0 : %% 16 ( 1 , 2 ) ;\n1 : $ 0 ;\n2 : $ 1 ;\n"
@@ -128,12 +124,10 @@ TEST_F(ReaderTest, BuiltInOperationCodesWrapModuloFifteen)
     DataExpr* v = m.getBinding("b")->getValue();
     ASSERT_TRUE(v->isDataSignalValue());
     EXPECT_EQ(static_cast<DataSignalValue*>(v)->getSignal(), m.getInputSignal("a"));
-}
 
-TEST_F(ReaderTest, SignalValueArgumentsAreVariableIdsAndExtraOnesAreDropped)
-{
-    // 999 is no node: a signal value never looks its arguments up as nodes.
-    load_result r = load_text(bound_module("(6,7) : value: 0 ;\n", "0 : %% 14 ( 2 , 3 , 999 ) ;\n"));
+    // A signal value's arguments are variable ids, extra ones dropped: 999
+    // is no node, and a signal value never looks its arguments up as nodes.
+    r = load_text(bound_module("(6,7) : value: 0 ;\n", "0 : %% 14 ( 2 , 3 , 999 ) ;\n"));
     ASSERT_NE(r.module, nullptr) << r.err;
     EXPECT_EQ(bound_value(*r.module, "o"), "b");
 }
@@ -263,35 +257,35 @@ TEST_F(ReaderTest, EvaluationTablesThatCannotBeBuiltAreRefusedWithOneLine)
     }
 }
 
-TEST(BindingsDeathTest, MissingNodesBadOperatorsAndUnknownNodeKindsEndTheProcess)
+TEST(BindingsDeathTest, MissingNodesBadOperatorsUnknownNodeKindsAndUnknownSignalsEndTheProcess)
 {
     const std::string missing = "Error: Illegal operation!\nbinding_declaration_parse::get_evalnode: node_not_found\n";
-    EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 5 ;\n", "0 : $ 0 ;\n")), ExitedWithCode(1),
-                HasSubstr(missing));
-    EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", "0 : %% 0 ( 1 , 7 ) ;\n1 : $ 0 ;\n")),
-                ExitedWithCode(1), HasSubstr(missing));
-    EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", "0 : 3 ;\n")), ExitedWithCode(1), HasSubstr(missing));
-    for (const char* args : {"( 1 , 1 , 1 )", "( )"})
-        EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", std::string("0 : %% 0 ") + args + " ;\n1 : $ 0 ;\n")),
-                    ExitedWithCode(1),
-                    HasSubstr("Error: Illegal operation!\nbinding_declaration_parse::dataexpr: invalid_operator\n"));
+    const std::string bad_operator = "Error: Illegal operation!\nbinding_declaration_parse::dataexpr: invalid_operator\n";
+    const struct {
+        const char* binding;
+        const char* evaltable;
+        std::string message;
+        const char* instance;
+    } cases[] = {
+        {"(6,7) : value: 5 ;\n", "0 : $ 0 ;\n", missing, ""},
+        {"(6,7) : value: 0 ;\n", "0 : %% 0 ( 1 , 7 ) ;\n1 : $ 0 ;\n", missing, ""},
+        {"(6,7) : value: 0 ;\n", "0 : 3 ;\n", missing, ""},
+        {"(6,7) : value: 0 ;\n", "0 : %% 0 ( 1 , 1 , 1 ) ;\n1 : $ 0 ;\n", bad_operator, ""},
+        {"(6,7) : value: 0 ;\n", "0 : %% 0 ( ) ;\n1 : $ 0 ;\n", bad_operator, ""},
+        {"(99,7) : value: 0 ;\n", "0 : $ 0 ;\n", "unknown data signal:99\n", ""},
+        {"(6,7) : value: 0 ;\n", "0 : %% 14 ( 99 ) ;\n", "binding_declaration_parse::dataexpr: signal not found: 99\n", ""},
+        // With an instance suffix a local is not found by its declared name.
+        {"(8,9) : value: 0 ;\n", "0 : $ 0 ;\n", "unknown data signal:l\n", "_i"},
+        {"(6,7) : value: 0 ;\n", "0 : %% 14 ( 9 ) ;\n", "binding_declaration_parse::dataexpr2: signal not found: l\n", "_i"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EXIT(load_uncaptured(bound_module(c.binding, c.evaltable), c.instance), ExitedWithCode(1),
+                    HasSubstr(c.message))
+            << c.binding << c.evaltable;
     binding_declaration_parse section(nullptr, new std::list<evalnodeparse>{evalnodeparse(7, 0)}, nullptr, nullptr,
                                       nullptr);
     EXPECT_EXIT(section.dataexpr(0, nullptr), ExitedWithCode(1),
                 HasSubstr("Error: Illegal operation!\nbinding_declaration_parse::dataexpr: unknown_eval_type\n"));
-}
-
-TEST(BindingsDeathTest, UnknownSignalsEndTheProcess)
-{
-    EXPECT_EXIT(load_uncaptured(bound_module("(99,7) : value: 0 ;\n", "0 : $ 0 ;\n")), ExitedWithCode(1),
-                HasSubstr("unknown data signal:99\n"));
-    EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", "0 : %% 14 ( 99 ) ;\n")), ExitedWithCode(1),
-                HasSubstr("binding_declaration_parse::dataexpr: signal not found: 99\n"));
-    // With an instance suffix a local is not found by its declared name.
-    EXPECT_EXIT(load_uncaptured(bound_module("(8,9) : value: 0 ;\n", "0 : $ 0 ;\n"), "_i"), ExitedWithCode(1),
-                HasSubstr("unknown data signal:l\n"));
-    EXPECT_EXIT(load_uncaptured(bound_module("(6,7) : value: 0 ;\n", "0 : %% 14 ( 9 ) ;\n"), "_i"), ExitedWithCode(1),
-                HasSubstr("binding_declaration_parse::dataexpr2: signal not found: l\n"));
 }
 
 } // namespace

@@ -70,7 +70,7 @@ TEST_F(DataTablesDeathTest, DuplicateMethodsAndConstantsAreFatal)
                 HasSubstr("Error: Already defined : c: constant\n"));
 }
 
-TEST_F(DataTables, ConstantIndicesFollowTheLargestSoFarUnlessTheValueIsComputed)
+TEST_F(DataTables, ConstantIndicesFollowTheLargestSoFarUnlessTheValueIsComputedNodesKeepTheFirstEvalIndex)
 {
     DataConstantTable* constants = Compilation::getDataConstantTable();
     auto* bare = new ConstantDecl("int", "bare");
@@ -102,6 +102,13 @@ TEST_F(DataTables, ConstantIndicesFollowTheLargestSoFarUnlessTheValueIsComputed)
     EXPECT_EQ(text_of([&](std::ostream& os) { constants->print(os, false); }),
               "constant:\nint bare;\nint lit value: 3;\nint comp value: 4(C: 0);\nfloat after;\n"
               "float last;\nint next;\n\n");
+
+    // A constant node records the first evaluation index given to it.
+    DataConstant first(0);
+    DataConstant second(0);
+    first.setIndex(12);
+    second.setIndex(30);
+    EXPECT_EQ(bare->getEvalIndex(), 12);
 }
 
 TEST_F(DataExprTypes, TypesComeFromDeclarationsAndOperandsAgree)
@@ -156,17 +163,6 @@ TEST_F(DataExprTypesDeathTest, TypeErrorsAreFatal)
                 HasSubstr("undefined signal Error: Undefined type: p\n"));
     DataUnaryOp empty(DataExpr::Not, nullptr);
     EXPECT_EXIT(empty.computeType(&m), ExitedWithCode(1), HasSubstr("Error: Undefined type: "));
-}
-
-TEST_F(DataExprTypes, ConstantNodesRecordTheirFirstEvaluationIndex)
-{
-    auto* c = new ConstantDecl("int", "c");
-    Compilation::getDataConstantTable()->addConstant(c);
-    DataConstant first(0);
-    DataConstant second(0);
-    first.setIndex(12);
-    second.setIndex(30);
-    EXPECT_EQ(c->getEvalIndex(), 12);
 }
 
 TEST_F(DataExprWalks, CopiesAreDeepAndForgetTypesAndIndices)

@@ -14,6 +14,7 @@
 
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace dravik_test {
 
@@ -24,6 +25,23 @@ inline Signal* signal_of(Module& m, const std::string& name)
 }
 
 using namespace quilp_test;
+
+// The names of the wood's variables, in their order.
+inline std::vector<std::string> variable_names(Bddexpressionwood* w)
+{
+    std::vector<std::string> names;
+    for (std::int64_t i = 0; i < w->Nb_bdd_vars(); ++i)
+        names.push_back(w->getManager()->Name_var_by_index(i));
+    return names;
+}
+
+inline std::vector<std::string> variable_names(Module& m) { return variable_names(m.getBddWood()); }
+
+// The equation of variable `var` in the module's wood (null if it has none).
+inline Bddexpression* equation(Module& m, std::int64_t var)
+{
+    return m.getBddWood()->Exp_table().at(static_cast<std::size_t>(var));
+}
 
 inline std::string printed(Expression* e)
 {

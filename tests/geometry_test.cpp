@@ -59,11 +59,9 @@ TEST(GeometryBoxes, PortsSitOutsideTheBoxOnHalfRows)
     const double w = p.bbox_largeur(0);
     double x = 0, y = 0;
     ASSERT_TRUE(p.position_output(0, 0, &x, &y));
-    EXPECT_DOUBLE_EQ(x, 10 + 0.5 + w / 2);
-    EXPECT_DOUBLE_EQ(y, 10 + 0.5 - 1.0);
+    EXPECT_THAT((std::vector<double>{x, y}), Pointwise(DoubleEq(), {10 + 0.5 + w / 2, 10 + 0.5 - 1.0}));
     ASSERT_TRUE(p.position_input(0, 2, &x, &y));
-    EXPECT_DOUBLE_EQ(x, 10 - 0.5 - w / 2);
-    EXPECT_DOUBLE_EQ(y, 10 + 1.0 + 0.5 - 1.0);
+    EXPECT_THAT((std::vector<double>{x, y}), Pointwise(DoubleEq(), {10 - 0.5 - w / 2, 10 + 1.0 + 0.5 - 1.0}));
     EXPECT_FALSE(p.position_input(-1, 0, &x, &y));
 }
 
@@ -181,10 +179,8 @@ TEST(GeometryExtents, StartingValuesShowThroughEmptyAndNegativeLists)
     EXPECT_EQ(empty.posxmax(), 0.0);
     EXPECT_EQ(empty.posymin(), 1e12);
     const bix_tpen_lien negative(0, 0, 0, 0, {-5, -6, -1, -9});
-    EXPECT_EQ(negative.posxmax(), 0.0);
-    EXPECT_EQ(negative.posymax(), 0.0);
-    EXPECT_EQ(negative.posxmin(), -5.0);
-    EXPECT_EQ(negative.posymin(), -9.0);
+    EXPECT_EQ((std::vector<double>{negative.posxmax(), negative.posymax(), negative.posxmin(), negative.posymin()}),
+              (std::vector<double>{0, 0, -5, -9}));
 
     bix_tpen_fichier p = sheet();
     EXPECT_DOUBLE_EQ(p.largueur_max(), 40.0);

@@ -16,6 +16,8 @@
 #include <vector>
 
 using namespace ixc_test;
+using dravik_test::equation;
+using dravik_test::variable_names;
 using testing::ExitedWithCode;
 using testing::HasSubstr;
 
@@ -23,26 +25,12 @@ namespace {
 
 const std::string no_equations = equations(0, "", "");
 
-std::vector<std::string> variable_names(Module& m)
-{
-    bddpp_manager* man = m.getBddWood()->getManager();
-    std::vector<std::string> names;
-    for (std::int64_t i = 0; i < man->Nb_bdd_vars(); ++i)
-        names.push_back(man->Name_var_by_index(i));
-    return names;
-}
-
 std::vector<std::string> original_names(const std::list<Signal*>& signals)
 {
     std::vector<std::string> names;
     for (Signal* s : signals)
         names.push_back(s ? s->getOriginalName() : "<null>");
     return names;
-}
-
-Bddexpression* equation(Module& m, std::int64_t var)
-{
-    return m.getBddWood()->Exp_table().at(static_cast<std::size_t>(var));
 }
 
 TEST_F(ReaderTest, MinimalFileLoadsAnEmptyModuleWithItsThreeConnexionSignals)
@@ -70,7 +58,7 @@ TEST_F(ReaderTest, MinimalFileLoadsAnEmptyModuleWithItsThreeConnexionSignals)
     EXPECT_EQ(r.module->getFinalised(), 1);
 }
 
-TEST_F(ReaderTest, TokensAreTheLongestMatchAndTheEarlierRuleOnTies)
+TEST_F(ReaderTest, TokensAreTheLongestMatchAndTheEarlierRuleOnTiesOthersGoToTheLog)
 {
     // 12a, 1e5 and .5 are identifiers, keywords need their colon; a lone
     // minus sign is no token, nor the first of two before digits.
@@ -86,13 +74,11 @@ TEST_F(ReaderTest, TokensAreTheLongestMatchAndTheEarlierRuleOnTies)
     EXPECT_EQ(m.getFinalised(), 1);
     EXPECT_EQ(r.log, "--");
     EXPECT_EQ(r.err, "");
-}
 
-TEST_F(ReaderTest, CharactersThatStartNoTokenGoToTheLog)
-{
-    // "" and a string holding an at sign are no strings: their quotes are
-    // echoed, the constant without value remains.
-    load_result r = load_text("module: m\r\n0 0\nconnexion: a b c ;\n" + no_equations
+    // Characters that start no token go to the log. "" and a string holding
+    // an at sign are no strings: their quotes are echoed, the constant
+    // without value remains.
+    r = load_text("module: m\r\n0 0\nconnexion: a b c ;\n" + no_equations
                                   + "data: type: method: constant: int c \"\" ; end:\n",
                               "", 0);
     ASSERT_NE(r.module, nullptr) << r.err;
@@ -276,28 +262,22 @@ testing::Matcher<const std::string&> no_occurrence_of(const std::string& name)
 
 TEST(ReaderDeathTest, ASecondDeclarationAskedForItsOccurrenceEndsTheLoad)
 {
-    const std::string dated = "binding:\nend:\nevaltable:\nend:\n";
-    const struct {
-        const char* declarations;
-        std::string after;
-        const char* name;
-    } cases[] = {
-        {"output: o o ;\n", "", "o"},                                         // output equations marked
-        {"input: a ;\noutput: a ;\n", "", "a"},
-        {"input: a ;\nlocal: a : int ;\n", "", "a"},                          // its type set
-        {"input: a a : int ;\n", "", "a"},
-        {"input: a ;\nlocal: a n ;\nregister:\nn a 0 ;\n", "", "a"},          // a local register marked
-        {"local: v : int ;\nmemorized:\nv_pre v ;\nv_pre v ;\n", "", "v_pre"}, // the copy takes v's type
-        {"input: a ;\nlocal: a ;\n", dated, "a"},                              // locals dated
+    const auto text = [](const char* declarations, const char* after = "") {
+        return module_text(declarations, no_equations + after);
     };
-    for (const auto& c : cases)
-        EXPECT_EXIT(load_uncaptured(module_text(c.declarations, no_equations + c.after)), ExitedWithCode(1),
-                    no_occurrence_of(c.name))
-            << c.declarations;
-    // The shape that once loaded with the local's type shown on the input.
-    EXPECT_EXIT(load_uncaptured("module: d 0 0 input: a ; local: a : int ; connexion: s r t ; "
-                                "equation_def: 0 expressions: end:"),
-                ExitedWithCode(1), no_occurrence_of("a"));
+    const std::pair<std::string, const char*> cases[] = {
+        {text("output: o o ;\n"), "o"},                                         // output equations marked
+        {text("input: a ;\noutput: a ;\n"), "a"},
+        {text("input: a ;\nlocal: a : int ;\n"), "a"},                          // its type set
+        {text("input: a a : int ;\n"), "a"},
+        {text("input: a ;\nlocal: a n ;\nregister:\nn a 0 ;\n"), "a"},          // a local register marked
+        {text("local: v : int ;\nmemorized:\nv_pre v ;\nv_pre v ;\n"), "v_pre"}, // the copy takes v's type
+        {text("input: a ;\nlocal: a ;\n", "binding:\nend:\nevaltable:\nend:\n"), "a"}, // locals dated
+        // The shape that once loaded with the local's type shown on the input.
+        {"module: d 0 0 input: a ; local: a : int ; connexion: s r t ; equation_def: 0 expressions: end:", "a"},
+    };
+    for (const auto& [file, name] : cases)
+        EXPECT_EXIT(load_uncaptured(file), ExitedWithCode(1), no_occurrence_of(name)) << file;
 }
 
 TEST_F(ReaderTest, ASecondDeclarationThatNothingAsksAboutLoadsBesideTheFirst)
@@ -341,28 +321,36 @@ TEST_F(ReaderTest, ASecondDeclarationThatNothingAsksAboutLoadsBesideTheFirst)
     EXPECT_EQ(m->getPreSignal("u_pre"), pres[1]->pre());
 }
 
-TEST_F(ReaderTest, NodeLinesOutsideTheAnnouncedCountAreSkipped)
+TEST_F(ReaderTest, NodeLinesAreBuiltAsWrittenAndThoseOutsideTheAnnouncedCountSkipped)
 {
-    const std::string nodes = "0 : -1 : 0 : 0 , 1\n1 : 0 : 0 : 0 , -1\n2 : 0 : 0 : 0 , 1\n-1 : 0 : 0 : 0 , 1\n";
-    load_result r = load_text(module_text("input: a ;\n", equations(2, nodes, "0 0 1 : 1 , 1 , ( )\n")));
+    // Nodes 2 and -1 lie outside a count of 2.
+    load_result r = load_text(module_text("input: a ;\n", equations(2,
+        "0 : -1 : 0 : 0 , 1\n1 : 0 : 0 : 0 , -1\n2 : 0 : 0 : 0 , 1\n-1 : 0 : 0 : 0 , 1\n", "0 0 1 : 1 , 1 , ( )\n")));
     ASSERT_NE(r.module, nullptr) << r.err;
     EXPECT_EQ(r.err, "detecting bad indice about parsed_nodes_table[]! skipping ...\n"
                      "detecting bad indice about parsed_nodes_table[]! skipping ...\n");
-    Module& m = *r.module;
-    EXPECT_EQ(equation(m, 1)->getBddExp(), m.getBddWood()->Bdd_var_by_index(0));
-}
+    EXPECT_EQ(equation(*r.module, 1)->getBddExp(), r.module->getBddWood()->Bdd_var_by_index(0));
 
-TEST_F(ReaderTest, TheTerminalNodeGivesTheConstantFunctionThroughEitherLink)
-{
-    load_result r = load_text(module_text("input: a ;\n", equations(1, "0 : -1 : 7 : 9 , 0\n",
-                                                                    "0 0 0 : 0 , 1 , ( )\n0 0 1 : 0 , -1 , ( )\n")));
+    // The terminal node gives the constant function through either link.
+    r = load_text(module_text("input: a ;\n", equations(1, "0 : -1 : 7 : 9 , 0\n",
+                                                         "0 0 0 : 0 , 1 , ( )\n0 0 1 : 0 , -1 , ( )\n")));
     ASSERT_NE(r.module, nullptr) << r.err;
-    Module& m = *r.module;
-    bddpp_manager* man = m.getBddWood()->getManager();
-    EXPECT_TRUE(man->Bdd_is_one_tautologic(equation(m, 0)->getBddExp()));
-    EXPECT_TRUE(man->Bdd_is_zero_tautologic(equation(m, 1)->getBddExp()));
-    EXPECT_EQ(equation(m, 1)->getName(), "_v_a");
-    EXPECT_FALSE(equation(m, 0)->isAbstract());
+    bddpp_manager* man = r.module->getBddWood()->getManager();
+    EXPECT_TRUE(man->Bdd_is_one_tautologic(equation(*r.module, 0)->getBddExp()));
+    EXPECT_TRUE(man->Bdd_is_zero_tautologic(equation(*r.module, 1)->getBddExp()));
+    EXPECT_EQ(equation(*r.module, 1)->getName(), "_v_a");
+    EXPECT_FALSE(equation(*r.module, 0)->isAbstract());
+
+    // Node 1 is written twice (the second line holds), and node 2 decides on
+    // a variable below its child's in the order.
+    const std::string nodes = "0 : -1 : 0 : 0 , 1\n1 : 0 : 0 : 0 , -1\n2 : 4 : 1 : 0 , -1\n1 : 2 : 0 : 0 , -1\n";
+    r = load_text(module_text("input: a b c ;\n", equations(3, nodes, "1 2 1 : 2 , -1 , ( )\n")));
+    ASSERT_NE(r.module, nullptr) << r.err;
+    Bddexpressionwood* w = r.module->getBddWood();
+    EXPECT_EQ(equation(*r.module, 1)->getBddExp(),
+              w->Bdd_not(w->Bdd_and(w->Bdd_var_by_index(4), w->Bdd_var_by_index(2))));
+    EXPECT_EQ(equation(*r.module, 1)->getEarliestDate(), 1);
+    EXPECT_EQ(w->latest_date(1), 2);
 }
 
 TEST_F(ReaderTest, NodeMinusThreeMakesAnAbstractValueEquationOverTheListedIds)
@@ -380,20 +368,6 @@ TEST_F(ReaderTest, NodeMinusThreeMakesAnAbstractValueEquationOverTheListedIds)
     EXPECT_EQ(e->getEarliestDate(), 2);
     EXPECT_EQ(m.getBddWood()->latest_date(5), 3);
     EXPECT_EQ(m.getBddWood()->Readers(3), (std::set<std::int64_t>{5}));
-}
-
-TEST_F(ReaderTest, NodesOutOfOrderAndRepeatedLinesAreBuiltAsWritten)
-{
-    // Node 1 is written twice (the second line holds), and node 2 decides on
-    // a variable below its child's in the order.
-    const std::string nodes = "0 : -1 : 0 : 0 , 1\n1 : 0 : 0 : 0 , -1\n2 : 4 : 1 : 0 , -1\n1 : 2 : 0 : 0 , -1\n";
-    load_result r = load_text(module_text("input: a b c ;\n", equations(3, nodes, "1 2 1 : 2 , -1 , ( )\n")));
-    ASSERT_NE(r.module, nullptr) << r.err;
-    Module& m = *r.module;
-    Bddexpressionwood* w = m.getBddWood();
-    EXPECT_EQ(equation(m, 1)->getBddExp(), w->Bdd_not(w->Bdd_and(w->Bdd_var_by_index(4), w->Bdd_var_by_index(2))));
-    EXPECT_EQ(equation(m, 1)->getEarliestDate(), 1);
-    EXPECT_EQ(w->latest_date(1), 2);
 }
 
 struct refusal_case {
@@ -543,7 +517,22 @@ TEST_F(ReaderTest, DatesAreComputedOnlyWhenTheFileHasABindingSection)
     EXPECT_EQ(equation(*bound.module, 2)->getUserType(), Compilation::SOUTPUT);
 }
 
-TEST_F(ReaderTest, TheFileEntryReportsMissingAndRefusedFilesAndLoadsAfterAFailure)
+// Gives its text, then fails as a disk does on a read error.
+class failing_buffer : public std::streambuf {
+public:
+    explicit failing_buffer(std::string text) : text(std::move(text))
+    {
+        setg(this->text.data(), this->text.data(), this->text.data() + this->text.size());
+    }
+
+protected:
+    int_type underflow() override { throw std::ios_base::failure("read error"); }
+
+private:
+    std::string text;
+};
+
+TEST_F(ReaderTest, TheFileEntryReportsMissingUnreadableAndRefusedFilesAndLoadsAfterAFailure)
 {
     scratch_dir dir;
     std::string instance;
@@ -569,34 +558,15 @@ TEST_F(ReaderTest, TheFileEntryReportsMissingAndRefusedFilesAndLoadsAfterAFailur
     ASSERT_NE(m, nullptr);
     EXPECT_EQ(m->getName(), "counter");
     EXPECT_EQ(plixc_parser, nullptr);
-}
 
-// Gives its text, then fails as a disk does on a read error.
-class failing_buffer : public std::streambuf {
-public:
-    explicit failing_buffer(std::string text) : text(std::move(text))
-    {
-        setg(this->text.data(), this->text.data(), this->text.data() + this->text.size());
-    }
-
-protected:
-    int_type underflow() override { throw std::ios_base::failure("read error"); }
-
-private:
-    std::string text;
-};
-
-TEST_F(ReaderTest, UnreadableInputFailsTheLoadWithoutEndingTheProcess)
-{
-    scratch_dir dir;
-    std::string instance;
+    // A directory is no file; a read error fails the load without ending the
+    // process, and the chunk whose read failed is lost with it: the input
+    // ends at once.
     EXPECT_EQ(stderr_of([&] { EXPECT_EQ(parse_IXC(dir.path(), instance), nullptr); }), "FILE NOT FOUND !\n");
-
     failing_buffer buffer("module: m\n0 0\n");
     std::istream in(&buffer);
-    std::ostringstream log;
-    // The chunk whose read failed is lost with it: the input ends at once.
-    EXPECT_EQ(stderr_of([&] { EXPECT_EQ(parse_IXC_stream(in, log, "t.ixc", instance), nullptr); }),
+    std::ostringstream trace;
+    EXPECT_EQ(stderr_of([&] { EXPECT_EQ(parse_IXC_stream(in, trace, "t.ixc", instance), nullptr); }),
               "line 1: syntax error, unexpected $end, expecting TOKEN_MODULE\n");
 }
 

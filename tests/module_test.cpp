@@ -255,7 +255,7 @@ TEST(ModuleOwnership, AModuleReleasesWhatWasMadeForIt)
     delete m;
 }
 
-TEST(ModuleTables, ModulesAreFoundByName)
+TEST(ModuleTables, ModulesAndInterfaceSignalsAreFoundByName)
 {
     Module a("a");
     Module b("b");
@@ -265,13 +265,9 @@ TEST(ModuleTables, ModulesAreFoundByName)
     EXPECT_FALSE(table.add(&a));
     EXPECT_EQ(table.get("b"), &b);
     EXPECT_EQ(table.get("c"), nullptr);
-}
 
-TEST(ModuleInterface, SignalsByName)
-{
-    Module m("m");
-    Signal* in = new Signal("i", "i_1", &m, m.getBddWood());
-    Signal* loc = signal_of(m, "l");
+    Signal* in = new Signal("i", "i_1", &a, a.getBddWood());
+    Signal* loc = signal_of(a, "l");
     Interface face;
     face.addInput("i_1", in);
     face.addLocal("l", loc);

@@ -17,14 +17,6 @@ struct SignalTest : testing::Test {
 };
 using SignalDeathTest = SignalTest;
 
-std::vector<std::string> variable_names(Bddexpressionwood* w)
-{
-    std::vector<std::string> names;
-    for (std::int64_t i = 0; i < w->Nb_bdd_vars(); ++i)
-        names.push_back(w->getManager()->Name_var_by_index(i));
-    return names;
-}
-
 TEST_F(SignalTest, SignalsMadeInOrderGetStatusThenValueVariables)
 {
     Signal* a = signal_of(m, "A");
@@ -97,7 +89,7 @@ TEST_F(SignalDeathTest, ASecondDeclarationHasNoCurrentOccurrence)
         EXPECT_EXIT(query(), ExitedWithCode(1), HasSubstr("no current occurrence for the considered wood:"));
 }
 
-TEST_F(SignalTest, RolesSetTheirImpliedFlagsAndTheEquationTypes)
+TEST_F(SignalTest, RolesSetTheirImpliedFlagsAndTheEquationTypesATypeMakesTheSignalValued)
 {
     Signal* s = signal_of(m, "s");
     s->setInput();
@@ -121,10 +113,8 @@ TEST_F(SignalTest, RolesSetTheirImpliedFlagsAndTheEquationTypes)
     in->setInput();
     EXPECT_EQ(in->computeStatusType(), Compilation::SINPUT);
     EXPECT_EQ(in->computeValueType(), Compilation::VINPUT);
-}
 
-TEST_F(SignalTest, ATypeMakesTheSignalValued)
-{
+    // A type makes the signal valued.
     Signal* typed = new Signal("t", "t_1", &m, w);
     Signal* pure = signal_of(m, "p");
     typed->setValueType("int", &m);
@@ -180,8 +170,19 @@ TEST_F(SignalTest, TheCurrentFormKeepsItsOccurrence)
     EXPECT_EQ(x->duplicate(), x);
 }
 
-TEST_F(SignalDeathTest, MisuseEndsWithItsMessage)
+TEST_F(SignalDeathTest, MisuseAndANameOrASlotTakenTwiceInTheManagerEndWithTheirMessage)
 {
+    signal_of(m, "a");
+    SignalManager* sm = m.getSignalManager();
+    EXPECT_EXIT(sm->addSignalRef(sm->getSignalRefByName("a")), ExitedWithCode(1),
+                HasSubstr("Exception in Hash Table: SignalManager::addSignalRef: a is already defined\n"));
+    // A reference outside the module (no manager) whose ids collide with a's.
+    SignalRef stray("b", "b", nullptr, nullptr);
+    EXPECT_EXIT(sm->addSignalRefIdTable(0, 5, &stray, w), ExitedWithCode(1),
+                HasSubstr("Error: Illegal operation!\naddSignalRef (excep1) b\n"));
+    EXPECT_EXIT(sm->addSignalRefIdTable(5, 1, &stray, w), ExitedWithCode(1),
+                HasSubstr("Error: Illegal operation!\naddSignalRef (excep2)b\n"));
+
     Signal* in = signal_of(m, "in");
     in->setInput();
     EXPECT_EXIT(in->getAllBddId(&m, w), ExitedWithCode(1), HasSubstr("Error: Illegal operation!\nSignal::getAllBddIdin\n"));
@@ -192,7 +193,7 @@ TEST_F(SignalDeathTest, MisuseEndsWithItsMessage)
     EXPECT_EXIT(x->newOccurrence(w, &m), ExitedWithCode(1),
                 HasSubstr("Signal::newOccurrence: signal ref already exits for the current woodx\n"));
 
-    SignalRef* ref = m.getSignalManager()->getSignalRefByName("x");
+    SignalRef* ref = sm->getSignalRefByName("x");
     Bddexpressionwood other;
     EXPECT_EXIT(ref->addBddIds(0, 1, w), ExitedWithCode(1),
                 HasSubstr("Error: Illegal operation!\nSignalRef::addBddIds: wood already addedx\n"));
@@ -207,21 +208,6 @@ TEST_F(SignalDeathTest, MisuseEndsWithItsMessage)
                 HasSubstr("Error: Illegal operation!\nSignal::getBddStatus:no signal ref for signal x\n"));
     EXPECT_EXIT(x->getInitialBddValueId(&empty, w), ExitedWithCode(1),
                 HasSubstr("Error: Illegal operation!\nSignal::getBddStatusId:no signal ref for signal\n"));
-}
-
-TEST_F(SignalDeathTest, ANameOrASlotTakenTwiceInTheManagerIsFatal)
-{
-    signal_of(m, "a");
-    SignalManager* sm = m.getSignalManager();
-    SignalRef* a = sm->getSignalRefByName("a");
-    EXPECT_EXIT(sm->addSignalRef(a), ExitedWithCode(1),
-                HasSubstr("Exception in Hash Table: SignalManager::addSignalRef: a is already defined\n"));
-    // A reference outside the module (no manager) whose ids collide with a's.
-    SignalRef stray("b", "b", nullptr, nullptr);
-    EXPECT_EXIT(sm->addSignalRefIdTable(0, 5, &stray, w), ExitedWithCode(1),
-                HasSubstr("Error: Illegal operation!\naddSignalRef (excep1) b\n"));
-    EXPECT_EXIT(sm->addSignalRefIdTable(5, 1, &stray, w), ExitedWithCode(1),
-                HasSubstr("Error: Illegal operation!\naddSignalRef (excep2)b\n"));
 }
 
 TEST_F(SignalTest, ManagerIdTablesGrowWithTheWoodAndFollowCopiesAndDeletions)

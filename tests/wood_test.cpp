@@ -154,18 +154,17 @@ TEST(WoodLookups, EachFailureWritesItsLine)
     EXPECT_THAT(stderr_of([&] { EXPECT_EQ(t.w.exp(1), nullptr); }), HasSubstr("ERROR in Bddexpressionwood::exp():"));
 }
 
-// a <- b <- c: b reads a, c reads b; a is an input.
-TEST(WoodDates, ChainDatesRiseBothWaysAndAreComputedOnce)
+// a <- b <- c: b reads a, c reads b; a is an input. Then a tree.
+TEST(WoodDates, ChainAndTreeDatesRiseBothWaysAndAreComputedOnce)
 {
     wood_of t(3);
     t.define(1, {0});
     t.define(2, {1});
     EXPECT_EQ(t.w.compute_dates(), 3);
-    EXPECT_EQ(t.earliest(1), 1);
-    EXPECT_EQ(t.earliest(2), 2);
-    EXPECT_EQ(t.w.latest_date(2), 0);
-    EXPECT_EQ(t.w.latest_date(1), 1);
-    EXPECT_EQ(t.w.latest_date(0), 2); // recorded though a has no equation
+    EXPECT_EQ((std::vector<std::int64_t>{t.earliest(1), t.earliest(2)}), (std::vector<std::int64_t>{1, 2}));
+    // The latest date of a is recorded though a has no equation.
+    EXPECT_EQ((std::vector<std::int64_t>{t.w.latest_date(0), t.w.latest_date(1), t.w.latest_date(2)}),
+              (std::vector<std::int64_t>{2, 1, 0}));
     EXPECT_EQ(as_vector(t.w.earliest_sort()), (std::vector<std::int64_t>{1, 2}));
     EXPECT_EQ(as_vector(t.w.latest_sort()), (std::vector<std::int64_t>{2, 1}));
     EXPECT_TRUE(t.w.loop_detection().empty());
@@ -178,20 +177,17 @@ TEST(WoodDates, ChainDatesRiseBothWaysAndAreComputedOnce)
     t.w.reset_dates();
     EXPECT_EQ(t.w.compute_dates(), 4);
     EXPECT_EQ(t.earliest(3), 3);
-}
 
-// x0 reads x1 and x2; x1 reads the inputs x3 and x4; x2 reads the input x5.
-TEST(WoodDates, TreeDatesAndOrders)
-{
-    wood_of t(6);
-    t.define(0, {1, 2});
-    t.define(1, {3, 4});
-    t.define(2, {5});
-    EXPECT_EQ(t.w.compute_dates(), 3);
-    EXPECT_EQ(as_vector(t.w.earliest_sort()), (std::vector<std::int64_t>{1, 2, 0}));
-    EXPECT_EQ(as_vector(t.w.latest_sort()), (std::vector<std::int64_t>{0, 1, 2}));
-    EXPECT_EQ(t.w.latest_date(5), 2);
-    EXPECT_EQ(as_vector(t.w.up_critical_path(0)), (std::vector<std::int64_t>{0, 1, 3}));
+    // x0 reads x1 and x2; x1 reads the inputs x3 and x4; x2 reads the input x5.
+    wood_of tree(6);
+    tree.define(0, {1, 2});
+    tree.define(1, {3, 4});
+    tree.define(2, {5});
+    EXPECT_EQ(tree.w.compute_dates(), 3);
+    EXPECT_EQ(as_vector(tree.w.earliest_sort()), (std::vector<std::int64_t>{1, 2, 0}));
+    EXPECT_EQ(as_vector(tree.w.latest_sort()), (std::vector<std::int64_t>{0, 1, 2}));
+    EXPECT_EQ(tree.w.latest_date(5), 2);
+    EXPECT_EQ(as_vector(tree.w.up_critical_path(0)), (std::vector<std::int64_t>{0, 1, 3}));
 }
 
 TEST(WoodDates, TwoVariableCycleIsCaughtAndStopsPastTwiceTheCount)

@@ -88,16 +88,11 @@ bix_tpen_fichier full_project()
     p.add_fin_black_box(black_box("", 0, 12, BBOX_CONSTANT, 0)); // 7 absent
     p.add_fin_black_box(black_box("", 24, 8, BBOX_DONTCARE, 0)); // 8 don't care
     p.add_fin_black_box(black_box("", 12, 12, BBOX_INSTANCE, -1)); // 9 not completed
-    p.add_fin_transition(bix_tpen_lien(0, 0, 2, 0));
-    p.add_fin_transition(bix_tpen_lien(1, 0, 2, 1));
-    p.add_fin_transition(bix_tpen_lien(2, 0, 3, 0, {12, 0.5, 12, 1}));
-    p.add_fin_transition(bix_tpen_lien(3, 0, 5, 0));
-    p.add_fin_transition(bix_tpen_lien(0, 0, 4, 0));
-    p.add_fin_transition(bix_tpen_lien(6, 0, 3, 0));
-    p.add_fin_transition(bix_tpen_lien(7, 0, 4, 0));
-    p.add_fin_transition(bix_tpen_lien(6, 0, 5, 0));
-    p.add_fin_transition(bix_tpen_lien(1, 0, 5, 0));
-    p.add_fin_transition(bix_tpen_lien(6, 0, 8, 0));
+    for (const bix_tpen_lien& l : {bix_tpen_lien(0, 0, 2, 0), bix_tpen_lien(1, 0, 2, 1),
+                                   bix_tpen_lien(2, 0, 3, 0, {12, 0.5, 12, 1}), bix_tpen_lien(3, 0, 5, 0),
+                                   bix_tpen_lien(0, 0, 4, 0), bix_tpen_lien(6, 0, 3, 0), bix_tpen_lien(7, 0, 4, 0),
+                                   bix_tpen_lien(6, 0, 5, 0), bix_tpen_lien(1, 0, 5, 0), bix_tpen_lien(6, 0, 8, 0)})
+        p.add_fin_transition(l);
     return p;
 }
 
