@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 #include <sys/wait.h>
 #include <thread>
@@ -183,7 +184,13 @@ bool window_shown(const std::string& title) { return !windows_titled(title).empt
 
 image screenshot(unsigned long window)
 {
-    const std::string ppm = tool({"import", "-window", std::to_string(window), "-depth", "8", "ppm:-"});
+    // import without a window waits for a click: never ask it that.
+    if (window == 0) {
+        ADD_FAILURE() << "no window to take a screenshot of";
+        return image{};
+    }
+    const std::string ppm =
+        tool({"timeout", "30", "import", "-window", std::to_string(window), "-depth", "8", "ppm:-"});
     image img;
     std::istringstream in(ppm);
     std::string magic;
@@ -205,7 +212,8 @@ void keep_screenshot(unsigned long window, const std::string& name)
     const std::string folder =
         "gui-shots/" + std::string(test->test_suite_name()) + "." + test->name();
     std::filesystem::create_directories(folder);
-    tool({"import", "-window", std::to_string(window), folder + "/" + name + ".png"});
+    if (window != 0)
+        tool({"timeout", "30", "import", "-window", std::to_string(window), folder + "/" + name + ".png"});
 }
 
 void set_clipboard(const std::string& text)
@@ -265,8 +273,25 @@ quilp_app::quilp_app(const std::string& program, const std::string& folder)
     err_path = scratch_file("err");
     out_path = scratch_file("out");
     boxes_path = scratch_file("boxes");
-    pid = spawn({program}, out_path, err_path, folder, -1, {{"QUILP_DIALOG_LOG", boxes_path}});
-    main = find_window("QUILP: Linker Of Object Modules");
+    // Under load, an editor started just after the server has once been
+    // seen to find no display and end at once: start it again then.
+    const std::string title = "QUILP: Linker Of Object Modules";
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        pid = spawn({program}, out_path, err_path, folder, -1, {{"QUILP_DIALOG_LOG", boxes_path}});
+        eventually(
+            [&] {
+                const std::vector<unsigned long> w = windows_titled(title);
+                main = w.empty() ? 0 : w.back();
+                return main != 0 || !running();
+            },
+            std::chrono::seconds(10));
+        if (main != 0 || running() || error_text().find("Can't open display") == std::string::npos)
+            break;
+        std::cerr << "the editor found no display; starting it again" << std::endl;
+        settle(500);
+    }
+    if (main == 0)
+        ADD_FAILURE() << "the editor's window did not open: " << error_text();
     settle(300);
 }
 
