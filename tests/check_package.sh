@@ -12,7 +12,7 @@ deb="$(ls "$out"/quilp_*.deb)"
 dpkg-deb -c "$deb" | awk '{print $6}' > "$out/files"
 for f in ./usr/bin/quilp ./usr/bin/quilp-ixc ./usr/share/man/man1/quilp.1 ./usr/share/man/man1/quilp-ixc.1 \
          ./usr/share/applications/quilp.desktop ./usr/share/doc/quilp/examples/cruise/cruise.bix \
-         ./usr/share/doc/quilp/examples/ixc/counter.ixc; do
+         ./usr/share/doc/quilp/examples/ixc/counter.ixc ./usr/share/doc/quilp/examples/boiler/boiler.bix; do
   grep -qx "$f" "$out/files" || { echo "missing from the package: $f"; exit 1; }
 done
 if grep -q '\.log$' "$out/files"; then echo "a trace file is in the package"; exit 1; fi
