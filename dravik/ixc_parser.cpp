@@ -1,6 +1,5 @@
 #include "ixc_parser.h"
 
-#include "dravik_warn.h"
 #include "parse_ixc.hpp"
 
 #undef yyFlexLexer
@@ -10,9 +9,11 @@
 #include "Bddexpression.h"
 #include "bdd_fatal.h"
 #include "data.h"
+#include "dravik_warn.h"
 #include "exceptions.h"
 #include "expression.h"
 #include "module.h"
+#include "stream_scanner.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -43,22 +44,12 @@ void flush_on_fatal_end()
         flush_before_ixc();
 }
 
-// The scanner of both entries. flex ends the process when its input fails
-// to read (a directory, an I/O error); here a read error is the end of the
-// input, so that the parse fails on it as on any truncated file.
-class ixc_scanner : public ixcFlexLexer {
+// The scanner of both entries: a read error ends its input.
+class ixc_scanner : public stream_scanner<ixcFlexLexer> {
 public:
-    ixc_scanner(std::istream* in, std::ostream* out) : ixcFlexLexer(in, out) {}
+    using stream_scanner::stream_scanner;
 
 protected:
-    int LexerInput(char* buf, int max_size) override
-    {
-        if (yyin.eof() || yyin.fail())
-            return 0;
-        yyin.read(buf, max_size);
-        return static_cast<int>(yyin.gcount());
-    }
-
     // flex's own fatal errors (memory exhausted) end through the fatal path,
     // which flushes the trace, rather than by a bare exit.
     void LexerError(const char* message) override { die(message); }

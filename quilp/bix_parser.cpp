@@ -1,11 +1,13 @@
 #include "bix_parser.h"
 
 #include "parse_bix.hpp"
-#include "quilp_warn.h"
 
 #undef yyFlexLexer
 #define yyFlexLexer bixFlexLexer
 #include <FlexLexer.h>
+
+#include "quilp_warn.h"
+#include "stream_scanner.h"
 
 #include <charconv>
 #include <cmath>
@@ -128,22 +130,7 @@ double bix_decimal(const char* text)
 
 namespace {
 
-// flex ends the process when its input fails to read (an I/O error); here a
-// read error is the end of the input, so that the parse fails on it as on
-// any truncated file.
-class bix_scanner : public bixFlexLexer {
-public:
-    bix_scanner(std::istream* in, std::ostream* out) : bixFlexLexer(in, out) {}
-
-protected:
-    int LexerInput(char* buf, int max_size) override
-    {
-        if (yyin.eof() || yyin.fail())
-            return 0;
-        yyin.read(buf, max_size);
-        return static_cast<int>(yyin.gcount());
-    }
-};
+using bix_scanner = stream_scanner<bixFlexLexer>;
 
 }  // namespace
 
